@@ -1,0 +1,31 @@
+#!/usr/bin/env bash
+# Installs what a fresh Debian 12 machine lacks to build and test the library.
+# Quiet and quick when everything is already there.
+set -euo pipefail
+
+required=(cmake g++ qtbase5-dev qtbase5-private-dev libqt5sql5-sqlite)
+optional=(ccache)
+
+missing=()
+for pkg in "${required[@]}" "${optional[@]}"; do
+    dpkg-query -W -f='${Status}' "$pkg" 2>/dev/null | grep -q "install ok installed" || missing+=("$pkg")
+done
+[ ${#missing[@]} -eq 0 ] && exit 0
+
+sudo=""
+[ "$(id -u)" -eq 0 ] || sudo="sudo"
+echo "setup: installing ${missing[*]}"
+$sudo apt-get update -qq
+export DEBIAN_FRONTEND=noninteractive
+for pkg in "${missing[@]}"; do
+    if printf '%s\n' "${optional[@]}" | grep -qx "$pkg"; then
+        $sudo apt-get install -y -qq --no-install-recommends "$pkg" >/dev/null || echo "setup: $pkg not available, going on without it"
+    fi
+done
+required_missing=()
+for pkg in "${missing[@]}"; do
+    printf '%s\n' "${optional[@]}" | grep -qx "$pkg" || required_missing+=("$pkg")
+done
+if [ ${#required_missing[@]} -gt 0 ]; then
+    $sudo apt-get install -y -qq --no-install-recommends "${required_missing[@]}" >/dev/null
+fi

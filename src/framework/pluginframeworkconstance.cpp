@@ -1,0 +1,11 @@
+#include "pluginframeworkconstance.h"
+
+namespace ExtensionSystem {
+namespace PluginFrameworkConstance {
+
+const QString CONFIG_DIR = QStringLiteral("config");
+const QString PLUGIN_DIR = QStringLiteral("plugins");
+const QString LANGUAGE_DIR = QStringLiteral("languages");
+
+} // namespace PluginFrameworkConstance
+} // namespace ExtensionSystem
