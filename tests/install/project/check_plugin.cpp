@@ -1,0 +1,48 @@
+// Loads a plug-in as the framework does and reads its metadata at the resource
+// path derived from the library's file name.
+#include <plugin/ipluginactivator.h>
+#include <plugin/pluginconstance.h>
+#include <plugin/pluginmetadata.h>
+
+#include <QtCore/QCoreApplication>
+#include <QtCore/QFileInfo>
+#include <QtCore/QPluginLoader>
+#include <QtCore/QTextStream>
+
+using namespace ExtensionSystem;
+
+static int fail(const QString &why)
+{
+    QTextStream(stderr) << "FAIL: " << why << '\n';
+    return 1;
+}
+
+int main(int argc, char **argv)
+{
+    QCoreApplication app(argc, argv);
+    if (argc < 2)
+        return fail(QStringLiteral("usage: check_plugin <plugin file>"));
+
+    QPluginLoader loader(QFileInfo(QString::fromLocal8Bit(argv[1])).absoluteFilePath());
+    if (!loader.load())
+        return fail(loader.errorString());
+    QObject *root = loader.instance();
+    if (!root)
+        return fail(loader.errorString());
+    if (!qobject_cast<IPluginActivator *>(root))
+        return fail(QStringLiteral("root object is not an activator"));
+
+    const QString base = loader.fileName().section(QLatin1Char('/'), -1, -1).section(QLatin1Char('.'), 0, -2);
+    const QString path = PluginConstance::PLUGIN_METAFILE.arg(base);
+    PluginMetaData meta(path);
+    if (!meta.isValid())
+        return fail(meta.errorString());
+    if (meta.symbolic() != QLatin1String("outside.plugin") || meta.version() != QLatin1String("1.2.3")
+        || !meta.isEager() || !meta.dependencyResolved())
+        return fail(QStringLiteral("unexpected metadata from %1").arg(path));
+    if (!QFileInfo::exists(QFileInfo(loader.fileName()).absolutePath() + QStringLiteral("/extension.xml")))
+        return fail(QStringLiteral("extension.xml was not copied beside the library"));
+
+    QTextStream(stdout) << "loaded " << meta.symbolic() << ' ' << meta.version() << " from " << path << '\n';
+    return 0;
+}

@@ -1,0 +1,16 @@
+#ifndef OUTSIDEACTIVATOR_H
+#define OUTSIDEACTIVATOR_H
+
+#include <plugin/ipluginactivator.h>
+
+class OutsideActivator : public QObject, public ExtensionSystem::IPluginActivator
+{
+    Q_OBJECT
+    Q_PLUGIN_METADATA(IID "extensionsystem.ipluginactivator/1.0")
+    Q_INTERFACES(ExtensionSystem::IPluginActivator)
+public:
+    void start(ExtensionSystem::PluginContext *context) override;
+    void stop(ExtensionSystem::PluginContext *context) override;
+};
+
+#endif

@@ -1,0 +1,37 @@
+# Driven by CTest; see CMakeLists.txt beside this file.
+function(run)
+    execute_process(COMMAND ${ARGN} RESULT_VARIABLE rc OUTPUT_VARIABLE out ERROR_VARIABLE err)
+    if(NOT rc EQUAL 0)
+        message(FATAL_ERROR "failed (${rc}): ${ARGN}\n${out}\n${err}")
+    endif()
+    message(STATUS "${out}")
+endfunction()
+
+file(REMOVE_RECURSE ${ES_PREFIX} ${ES_OUTSIDE_BUILD})
+run(${CMAKE_COMMAND} --install ${ES_BUILD_DIR} --prefix ${ES_PREFIX})
+
+foreach(path
+        include/extensionsystem/extensionsystem_global.h
+        include/extensionsystem/plugin/pluginmetadata.h
+        include/extensionsystem/plugin/ipluginactivator.h
+        lib/cmake/ExtensionSystem/ExtensionSystemConfig.cmake
+        lib/cmake/ExtensionSystem/ExtensionSystemConfigVersion.cmake
+        lib/cmake/ExtensionSystem/ExtensionSystemPlugin.cmake)
+    if(NOT EXISTS ${ES_PREFIX}/${path})
+        message(FATAL_ERROR "not installed: ${path}")
+    endif()
+endforeach()
+file(GLOB_RECURSE private_headers ${ES_PREFIX}/include/*_p.h)
+if(private_headers)
+    message(FATAL_ERROR "private headers installed: ${private_headers}")
+endif()
+
+string(REPLACE ";" " " flags "${ES_EXTRA_FLAGS}")
+run(${CMAKE_COMMAND} -S ${ES_OUTSIDE_SOURCE} -B ${ES_OUTSIDE_BUILD}
+    -DCMAKE_PREFIX_PATH=${ES_PREFIX}
+    -DCMAKE_CXX_COMPILER=${ES_CXX_COMPILER}
+    "-DCMAKE_CXX_FLAGS=${flags}"
+    "-DCMAKE_EXE_LINKER_FLAGS=${flags}"
+    "-DCMAKE_MODULE_LINKER_FLAGS=${flags}")
+run(${CMAKE_COMMAND} --build ${ES_OUTSIDE_BUILD} -j2)
+run(${ES_OUTSIDE_BUILD}/check_plugin ${ES_OUTSIDE_BUILD}/plugins/outside.plugin/outside.plugin.so)
