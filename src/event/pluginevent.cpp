@@ -1,0 +1,123 @@
+#include "pluginevent.h"
+#include "eventdata_p.h"
+
+namespace ExtensionSystem {
+
+namespace {
+
+const int PluginEventType = 2;
+
+void registerMetaTypes()
+{
+    static const int actionType =
+        qRegisterMetaType<PluginEvent::Action>("ExtensionSystem::PluginEvent::Action");
+    Q_UNUSED(actionType)
+}
+
+QSharedDataPointer<EventData> newPluginData(bool withPrevAction)
+{
+    registerMetaTypes();
+    QSharedDataPointer<EventData> d(new EventData(PluginEventType));
+    QMap<int, QString> &roles = d->roles;
+    roles.insert(PluginEvent::RoleAction, QStringLiteral("event.plugin.action"));
+    if (withPrevAction)
+        roles.insert(PluginEvent::RolePrevAction, QStringLiteral("event.plugin.prevAction"));
+    roles.insert(PluginEvent::RoleSymbolic, QStringLiteral("event.plugin.symbolic"));
+    roles.insert(PluginEvent::RoleLocationDir, QStringLiteral("event.plugin.locationDir"));
+    roles.insert(PluginEvent::RoleFilepath, QStringLiteral("event.plugin.filepath"));
+    roles.insert(PluginEvent::RoleVersion, QStringLiteral("event.plugin.version"));
+    roles.insert(PluginEvent::RoleInitIndex, QStringLiteral("event.plugin.initIndex"));
+    roles.insert(PluginEvent::RolePluginSize, QStringLiteral("event.plugin.pluginSize"));
+    return d;
+}
+
+} // namespace
+
+PluginEvent::PluginEvent(Action action)
+    : d(newPluginData(false)) // never carries a previous action
+{
+    setData(RoleAction, QVariant::fromValue(action));
+}
+
+PluginEvent::PluginEvent(Action action, Action prevAction, const QString &symbolic,
+                         const QString &locationDir, const QString &filepath,
+                         const QString &version, int initIndex, int pluginSize)
+    : d(newPluginData(true))
+{
+    setData(RoleAction, QVariant::fromValue(action));
+    setData(RolePrevAction, QVariant::fromValue(prevAction));
+    setData(RoleSymbolic, symbolic);
+    setData(RoleLocationDir, locationDir);
+    setData(RoleFilepath, filepath);
+    setData(RoleVersion, version);
+    setData(RoleInitIndex, initIndex);
+    setData(RolePluginSize, pluginSize);
+}
+
+PluginEvent::PluginEvent(const QSharedDataPointer<EventData> &data)
+    : d(data)
+{
+}
+
+PluginEvent::PluginEvent(const PluginEvent &other) = default;
+
+PluginEvent::~PluginEvent() = default;
+
+PluginEvent &PluginEvent::operator=(const PluginEvent &other) = default;
+
+QVariant PluginEvent::data(Role role) const
+{
+    return Internal::eventValue(d, role);
+}
+
+bool PluginEvent::setData(Role role, const QVariant &value)
+{
+    return Internal::setEventValue(d, role, value);
+}
+
+QSharedDataPointer<EventData> PluginEvent::sharedData() const
+{
+    return d;
+}
+
+int PluginEvent::action() const
+{
+    return data(RoleAction).toInt();
+}
+
+int PluginEvent::prevAction() const
+{
+    return data(RolePrevAction).toInt();
+}
+
+QString PluginEvent::symbolic() const
+{
+    return data(RoleSymbolic).toString();
+}
+
+QString PluginEvent::locationDir() const
+{
+    return data(RoleLocationDir).toString();
+}
+
+QString PluginEvent::filepath() const
+{
+    return data(RoleFilepath).toString();
+}
+
+QString PluginEvent::version() const
+{
+    return data(RoleVersion).toString();
+}
+
+int PluginEvent::initIndex() const
+{
+    return data(RoleInitIndex).toInt();
+}
+
+int PluginEvent::pluginSize() const
+{
+    return data(RolePluginSize).toInt();
+}
+
+} // namespace ExtensionSystem
