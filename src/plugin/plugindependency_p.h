@@ -1,0 +1,28 @@
+#ifndef EXTENSIONSYSTEM_PLUGINDEPENDENCY_P_H
+#define EXTENSIONSYSTEM_PLUGINDEPENDENCY_P_H
+
+#include "plugindependency.h"
+
+namespace ExtensionSystem {
+namespace Internal {
+
+class EXTENSIONSYSTEM_AUTOTEST_EXPORT PluginDependencyPrivate
+{
+public:
+    PluginDependencyPrivate();
+    PluginDependencyPrivate(const QString &symbolic, const QString &version, bool resolved);
+
+    // Comparison key of "major.minor.patch": per component the low byte of the number,
+    // as one character behind nine '0's, so that QString::operator< compares numerically.
+    static QString computeVersionKey(const QString &version);
+
+    QString symbolic;
+    QString version;
+    bool resolved;
+    QString versionKey;
+};
+
+} // namespace Internal
+} // namespace ExtensionSystem
+
+#endif // EXTENSIONSYSTEM_PLUGINDEPENDENCY_P_H
