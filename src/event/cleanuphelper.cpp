@@ -1,0 +1,9 @@
+#include "cleanuphelper.h"
+
+namespace ExtensionSystem {
+
+CleanupHelper::~CleanupHelper()
+{
+}
+
+} // namespace ExtensionSystem

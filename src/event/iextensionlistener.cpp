@@ -1,0 +1,19 @@
+#include "iextensionlistener.h"
+
+namespace ExtensionSystem {
+
+IExtensionListener::IExtensionListener()
+    : IListener(4)
+{
+}
+
+IExtensionListener::~IExtensionListener()
+{
+}
+
+void IExtensionListener::event(const QSharedDataPointer<EventData> &data)
+{
+    extensionChanged(ExtensionEvent(data));
+}
+
+} // namespace ExtensionSystem

@@ -1,0 +1,19 @@
+#include "iframeworklistener.h"
+
+namespace ExtensionSystem {
+
+IFrameworkListener::IFrameworkListener()
+    : IListener(1)
+{
+}
+
+IFrameworkListener::~IFrameworkListener()
+{
+}
+
+void IFrameworkListener::event(const QSharedDataPointer<EventData> &data)
+{
+    frameworkChanged(FrameworkEvent(data));
+}
+
+} // namespace ExtensionSystem

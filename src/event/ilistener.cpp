@@ -1,0 +1,18 @@
+#include "ilistener.h"
+#include "cleanuphelper.h"
+
+namespace ExtensionSystem {
+
+IListener::IListener(int type)
+    : type(type)
+    , cleanupHelper(nullptr)
+{
+}
+
+IListener::~IListener()
+{
+    if (cleanupHelper)
+        cleanupHelper->cleanup(this);
+}
+
+} // namespace ExtensionSystem

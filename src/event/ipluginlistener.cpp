@@ -1,0 +1,19 @@
+#include "ipluginlistener.h"
+
+namespace ExtensionSystem {
+
+IPluginListener::IPluginListener()
+    : IListener(2)
+{
+}
+
+IPluginListener::~IPluginListener()
+{
+}
+
+void IPluginListener::event(const QSharedDataPointer<EventData> &data)
+{
+    pluginChanged(PluginEvent(data));
+}
+
+} // namespace ExtensionSystem
