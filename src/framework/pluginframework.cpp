@@ -1,0 +1,182 @@
+#include "pluginframework.h"
+#include "pluginframework_p.h"
+
+#include "pluginframeworkconfig.h"
+#include "pluginframeworkcontext.h"
+
+#include <event/eventmanager.h>
+#include <event/frameworkevent.h>
+#include <plugin/pluginmanager.h>
+
+#include <QtCore/QCoreApplication>
+#include <QtCore/QDebug>
+#include <QtCore/QDir>
+#include <QtCore/QLocale>
+
+namespace ExtensionSystem {
+
+using namespace Internal;
+
+namespace Internal {
+
+PluginFrameworkPrivate::PluginFrameworkPrivate()
+    : state(PluginFramework::FrameworkUninitialized)
+    , context(nullptr)
+    , error(0)
+{
+}
+
+PluginFrameworkPrivate::~PluginFrameworkPrivate()
+{
+    delete context;
+}
+
+void PluginFrameworkPrivate::setState(int newState)
+{
+    if (newState == state)
+        return;
+    const FrameworkEvent event(static_cast<FrameworkEvent::Action>(newState),
+                               static_cast<FrameworkEvent::Action>(state));
+    state = newState;
+    // Listeners run while the state already reads the new value.
+    context->eventManager->publish(event);
+}
+
+void PluginFrameworkPrivate::runStopSequence()
+{
+    Q_Q(PluginFramework);
+    setState(PluginFramework::FrameworkStopping);
+    context->pluginManager->stop();
+    emit q->stopped();
+    setState(PluginFramework::FrameworkInitialized);
+}
+
+} // namespace Internal
+
+PluginFramework::PluginFramework(QObject *parent)
+    : QObject(*new PluginFrameworkPrivate, parent)
+{
+    Q_D(PluginFramework);
+    d->context = new PluginFrameworkContext(this);
+    connect(QCoreApplication::instance(), SIGNAL(aboutToQuit()), this, SLOT(stop()));
+}
+
+PluginFramework::~PluginFramework()
+{
+    Q_D(PluginFramework);
+    d->runStopSequence();
+}
+
+int PluginFramework::state() const
+{
+    Q_D(const PluginFramework);
+    return d->state;
+}
+
+int PluginFramework::error() const
+{
+    Q_D(const PluginFramework);
+    return d->context->error;
+}
+
+QString PluginFramework::errorString() const
+{
+    Q_D(const PluginFramework);
+    return d->context->errorString;
+}
+
+bool PluginFramework::loadEnabledPluginOnly() const
+{
+    Q_D(const PluginFramework);
+    return d->context->config->loadEnabledPluginOnly();
+}
+
+bool PluginFramework::watchingPluginDirEnabled() const
+{
+    Q_D(const PluginFramework);
+    return d->context->config->watchPluginsDirectory();
+}
+
+void PluginFramework::handleError(int error, const QString &errorString)
+{
+    emit errorOccured(error, errorString);
+}
+
+void PluginFramework::init()
+{
+    Q_D(PluginFramework);
+    // Made a second time on purpose: after init(), aboutToQuit runs the stop sequence twice.
+    connect(QCoreApplication::instance(), SIGNAL(aboutToQuit()), this, SLOT(stop()));
+
+    PluginFrameworkConfig *config = d->context->config;
+    const bool watching = config->watchPluginsDirectory();
+    const bool enabledOnly = config->loadEnabledPluginOnly();
+    const QString language = QLocale::system().name();
+    const QString configPath = PluginFrameworkConfig::configDir().path();
+    const QString languagePath = PluginFrameworkConfig::languageDir().path();
+    const QDir pluginsDir = PluginFrameworkConfig::pluginsDir();
+
+    qDebug() << "Framework Configure:"
+             << "\n |-> plugin dir:           " << pluginsDir.path()
+             << "\n |-> language dir:         " << languagePath
+             << "\n |-> config dir:           " << configPath
+             << "\n |-> language:             " << language
+             << "\n |-> loadEnabledPluginOnly:" << (enabledOnly ? "true" : "false")
+             << "\n |-> watchingPluginDir:    " << (watching ? "true" : "false");
+
+    if (!pluginsDir.exists()) {
+        d->error = 1;
+        d->errorString = tr("The Plugins Directory not exists");
+        emit errorOccured(d->error, d->errorString);
+        return;
+    }
+
+    d->context->eventManager->trackEvent(QStringLiteral("PluginFramework"), 2, this,
+                                         "2pluginChanged(const PluginEvent &)", Qt::AutoConnection);
+    d->setState(FrameworkInitializing);
+    d->context->pluginManager->install(pluginsDir);
+    emit initialized();
+    d->setState(FrameworkInitialized);
+}
+
+void PluginFramework::start()
+{
+    Q_D(PluginFramework);
+    d->setState(FrameworkStarting);
+    d->context->pluginManager->start();
+    emit started();
+    d->setState(FrameworkStarted);
+}
+
+void PluginFramework::stop()
+{
+    Q_D(PluginFramework);
+    d->runStopSequence();
+}
+
+void PluginFramework::exit()
+{
+    Q_D(PluginFramework);
+    if (d->state > FrameworkInitialized)
+        d->runStopSequence();
+}
+
+void PluginFramework::installPlugin(QString libpath)
+{
+    Q_D(PluginFramework);
+    d->context->pluginManager->install(QFileInfo(libpath));
+}
+
+void PluginFramework::setLoadEnabledPluginOnly(bool on)
+{
+    Q_D(PluginFramework);
+    d->context->config->setLoadEnabledPluginOnly(on);
+}
+
+void PluginFramework::setWatchingPluginDirEnable(bool on)
+{
+    Q_D(PluginFramework);
+    d->context->pluginManager->setWatchingPluginDirEnable(on);
+}
+
+} // namespace ExtensionSystem

@@ -1,0 +1,222 @@
+#include "plugin.h"
+#include "plugin_p.h"
+
+#include <plugin/ipluginactivator.h>
+#include <plugin/pluginconstance.h>
+#include <plugin/plugincontext.h>
+#include <plugin/plugindependency.h>
+#include <plugin/plugininfo.h>
+#include <plugin/pluginmetadata.h>
+
+#include <QtCore/QCoreApplication>
+#include <QtCore/QDebug>
+#include <QtCore/QLocale>
+
+namespace ExtensionSystem {
+
+using namespace Internal;
+
+namespace Internal {
+
+PluginPrivate::PluginPrivate(const QFileInfo &file, PluginFrameworkContext *context)
+    : loader(file.absoluteFilePath())
+    , fileInfo(file)
+    , valid(false)
+    , state(PluginInfo::Uninstalled)
+    , error(0)
+    , errorString(QObject::tr("No Error"))
+    , context(context)
+    , activator(nullptr)
+    , pluginContext(nullptr)
+    , metaData(nullptr)
+{
+    if (!loader.load() && !loader.isLoaded()) {
+        error = 6;
+        errorString = QObject::tr("Cannot load plugin library: %1, error: %2")
+                          .arg(fileInfo.fileName(), loader.errorString());
+        qDebug() << "[ERROR] loading:" << fileInfo.fileName() << ">" << loader.errorString();
+    }
+    if (!loader.instance()) {
+        error = 7;
+        errorString = QObject::tr("Cannot instance plugin library: %1, error: %2")
+                          .arg(fileInfo.fileName(), loader.errorString());
+        qDebug() << "[ERROR] loading:" << fileInfo.fileName() << ">" << loader.errorString();
+        return;
+    }
+
+    // The metadata is a resource under the library's base name: ":/<base>/META-DATA/META.INF".
+    const QString base = loader.fileName().section(QLatin1Char('/'), -1, -1).section(QLatin1Char('.'), 0, -2);
+    metaData = new PluginMetaData(PluginConstance::PLUGIN_METAFILE.arg(base));
+    if (metaData->isValid()) {
+        valid = true;
+        qDebug() << "     |-> init:" << metaData->symbolic();
+    } else {
+        error = metaData->error();
+        errorString = metaData->errorString();
+    }
+}
+
+PluginPrivate::~PluginPrivate()
+{
+    delete metaData;
+}
+
+void PluginPrivate::handleError(int error, const QString &errorString)
+{
+    Q_Q(Plugin);
+    this->error = error;
+    this->errorString = errorString;
+    emit q->errorOccured(error, errorString);
+}
+
+void PluginPrivate::clearError()
+{
+    error = 0;
+    errorString = QObject::tr("No Error");
+}
+
+} // namespace Internal
+
+Plugin::Plugin(const QFileInfo &file, PluginFrameworkContext *context, QObject *parent)
+    : QObject(*new PluginPrivate(file, context), parent)
+{
+    Q_D(Plugin);
+    d->pluginContext = new PluginContext(this, context, this);
+    setState(PluginInfo::Installed);
+}
+
+Plugin::~Plugin()
+{
+    qDebug() << "virtual ExtensionSystem::Plugin::~Plugin()" << ">" << symbolic();
+    setState(PluginInfo::Uninstalled);
+}
+
+int Plugin::state() const
+{
+    return d_func()->state;
+}
+
+int Plugin::error() const
+{
+    return d_func()->error;
+}
+
+QString Plugin::errorString() const
+{
+    return d_func()->errorString;
+}
+
+QString Plugin::symbolic() const
+{
+    Q_D(const Plugin);
+    return d->metaData ? d->metaData->symbolic() : d->fileInfo.baseName();
+}
+
+QString Plugin::version() const
+{
+    Q_D(const Plugin);
+    return d->metaData ? d->metaData->version() : QString();
+}
+
+QDir Plugin::location() const
+{
+    return d_func()->fileInfo.absoluteDir();
+}
+
+QFileInfo Plugin::fileInfo() const
+{
+    return d_func()->fileInfo;
+}
+
+const PluginMetaData *Plugin::metaData() const
+{
+    return d_func()->metaData;
+}
+
+PluginContext *Plugin::pluginContext() const
+{
+    return d_func()->pluginContext;
+}
+
+void Plugin::setState(int state)
+{
+    Q_D(Plugin);
+    if (state == d->state)
+        return;
+    const int from = d->state;
+    d->state = state;
+    emit stateChanged(symbolic(), from, state);
+}
+
+void Plugin::start()
+{
+    Q_D(Plugin);
+    switch (d->state) {
+    case PluginInfo::Resolved:
+        break;
+    case PluginInfo::Starting:
+    case PluginInfo::Stopping:
+        // The text keeps its "%1": it is reported as it stands.
+        d->handleError(1, tr("The Plugin: %1 is in starting progress"));
+        return;
+    case PluginInfo::Installed: {
+        QStringList dependencies;
+        if (d->metaData) {
+            const QList<PluginDependency> list = d->metaData->dependencies();
+            for (const PluginDependency &dependency : list)
+                dependencies << QStringLiteral("%1: v%2").arg(dependency.symbolic(), dependency.version());
+        }
+        d->handleError(4, tr("The Plugin: %1 is not resolved, dependency: %2")
+                              .arg(d->loader.fileName(), dependencies.join(QStringLiteral(", "))));
+        return;
+    }
+    case PluginInfo::Uninstalled:
+        d->handleError(5, tr("The Plugin: %1 is not installed").arg(d->loader.fileName()));
+        return;
+    default: // Active
+        return;
+    }
+
+    d->activator = qobject_cast<IPluginActivator *>(d->loader.instance());
+    if (!d->activator) {
+        // Without an activator there is nothing to start: stay Resolved and say why.
+        d->handleError(8, tr("Cannot start plugin: %1, its root object does not implement %2")
+                              .arg(d->loader.fileName(), QStringLiteral(ExtensionSystem_IPluginActivator_iid)));
+        return;
+    }
+
+    setState(PluginInfo::Starting);
+    const QString translation = QStringLiteral("%1/languages/%2.qm")
+                                    .arg(d->fileInfo.absolutePath(), QLocale::system().name());
+    if (d->translator.load(translation, QString(), QString(), QString()))
+        QCoreApplication::installTranslator(&d->translator);
+    d->activator->start(d->pluginContext);
+    setState(PluginInfo::Active);
+    d->clearError();
+}
+
+void Plugin::stop()
+{
+    Q_D(Plugin);
+    switch (d->state) {
+    case PluginInfo::Active:
+        break;
+    case PluginInfo::Starting:
+        d->handleError(1, tr("The Plugin: %1 is in starting progress"));
+        return;
+    case PluginInfo::Stopping:
+        d->handleError(2, tr("The Plugin: %1 is in stopping progress"));
+        return;
+    default:
+        d->handleError(3, tr("The Plugin: %1 is not actived"));
+        return;
+    }
+
+    setState(PluginInfo::Stopping);
+    d->activator->stop(d->pluginContext);
+    QCoreApplication::removeTranslator(&d->translator);
+    setState(PluginInfo::Resolved);
+    d->clearError();
+}
+
+} // namespace ExtensionSystem

@@ -1,0 +1,176 @@
+#include "plugincontext.h"
+#include "plugincontext_p.h"
+
+#include <event/customizedevent.h>
+#include <event/eventmanager.h>
+#include <event/icustomizedlistener.h>
+#include <event/iextensionlistener.h>
+#include <event/iframeworklistener.h>
+#include <event/ipluginlistener.h>
+#include <event/iservicelistener.h>
+#include <event/pluginevent.h>
+#include <framework/pluginframeworkcontext.h>
+#include <plugin/plugin.h>
+#include <plugin/pluginmanager.h>
+
+namespace ExtensionSystem {
+
+using namespace Internal;
+
+namespace Internal {
+
+PluginContextPrivate::PluginContextPrivate(PluginFrameworkContext *context, Plugin *plugin)
+    : context(context)
+    , plugin(plugin)
+{
+    // Tracked plug-in events may be delivered through queued connections.
+    qRegisterMetaType<PluginEvent>("PluginEvent");
+}
+
+void PluginContextPrivate::registerListener(IListener *listener)
+{
+    context->eventManager->registerListener(plugin->symbolic(), listener);
+}
+
+void PluginContextPrivate::track(int eventType, const QObject *receiver, const char *slot, Qt::ConnectionType type)
+{
+    context->eventManager->trackEvent(plugin->symbolic(), eventType, receiver, slot, type);
+}
+
+QString PluginContextPrivate::nameOrSelf(const QString &symbolic) const
+{
+    return symbolic.length() ? symbolic : plugin->symbolic();
+}
+
+} // namespace Internal
+
+PluginContext::PluginContext(Plugin *plugin, PluginFrameworkContext *context, QObject *parent)
+    : QObject(*new PluginContextPrivate(context, plugin), parent)
+{
+}
+
+PluginContext::~PluginContext()
+{
+}
+
+QString PluginContext::symbolic() const
+{
+    return d_func()->plugin->symbolic();
+}
+
+QDir PluginContext::location() const
+{
+    return d_func()->plugin->location();
+}
+
+QString PluginContext::resourcePath(const QString &path) const
+{
+    return QStringLiteral(":/%1/%2").arg(symbolic(), path);
+}
+
+const PluginMetaData *PluginContext::metaData() const
+{
+    return d_func()->plugin->metaData();
+}
+
+void PluginContext::publishCustomizedEvent(const CustomizedEvent &event)
+{
+    d_func()->context->eventManager->publish(event);
+}
+
+void PluginContext::registerCustomizedListener(ICustomizedListener *listener)
+{
+    d_func()->registerListener(listener);
+}
+
+void PluginContext::registerExtensionListener(IExtensionListener *listener)
+{
+    d_func()->registerListener(listener);
+}
+
+void PluginContext::registerServiceListener(IServiceListener *listener)
+{
+    d_func()->registerListener(listener);
+}
+
+void PluginContext::registerFrameworkListener(IFrameworkListener *listener)
+{
+    d_func()->registerListener(listener);
+}
+
+void PluginContext::registerPluginListener(IPluginListener *listener)
+{
+    d_func()->registerListener(listener);
+}
+
+void PluginContext::unregisterlistener(IListener *listener)
+{
+    d_func()->context->eventManager->unregisterListener(listener);
+}
+
+void PluginContext::trackFrameworkEvent(const QObject *receiver, const char *slot, Qt::ConnectionType type)
+{
+    d_func()->track(1, receiver, slot, type);
+}
+
+void PluginContext::trackPluginEvent(const QObject *receiver, const char *slot, Qt::ConnectionType type)
+{
+    d_func()->track(2, receiver, slot, type);
+}
+
+void PluginContext::trackServiceEvent(const QObject *receiver, const char *slot, Qt::ConnectionType type)
+{
+    d_func()->track(3, receiver, slot, type);
+}
+
+void PluginContext::trackExtensionEvent(const QObject *receiver, const char *slot, Qt::ConnectionType type)
+{
+    d_func()->track(4, receiver, slot, type);
+}
+
+void PluginContext::trackCustomizedEvent(int eventType, const QObject *receiver, const char *slot,
+                                         Qt::ConnectionType type)
+{
+    d_func()->track(eventType, receiver, slot, type);
+}
+
+void PluginContext::untrackEvent(const QObject *receiver, const char *slot)
+{
+    Q_D(PluginContext);
+    d->context->eventManager->untrackEvent(d->plugin->symbolic(), receiver, slot);
+}
+
+void PluginContext::startPlugin(const QString &symbolic)
+{
+    d_func()->context->pluginManager->start(symbolic);
+}
+
+void PluginContext::stopPlugin(const QString &symbolic)
+{
+    Q_D(PluginContext);
+    d->context->pluginManager->stop(d->nameOrSelf(symbolic));
+}
+
+PluginInfo PluginContext::pluginInfo(const QString &symbolic) const
+{
+    return d_func()->context->pluginManager->pluginInfo(symbolic);
+}
+
+QList<PluginInfo> PluginContext::pluginInfos() const
+{
+    return d_func()->context->pluginManager->pluginInfos();
+}
+
+PluginFrameworkConfig::StartupPolicy PluginContext::startupPolicy(const QString &symbolic) const
+{
+    Q_D(const PluginContext);
+    return d->context->config->pluginStartupPolicy(d->nameOrSelf(symbolic));
+}
+
+void PluginContext::setStartupPolicy(PluginFrameworkConfig::StartupPolicy policy, const QString &symbolic)
+{
+    Q_D(PluginContext);
+    d->context->pluginManager->setPluginStartupPolicy(d->nameOrSelf(symbolic), policy);
+}
+
+} // namespace ExtensionSystem

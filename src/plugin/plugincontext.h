@@ -1,0 +1,76 @@
+#ifndef EXTENSIONSYSTEM_PLUGINCONTEXT_H
+#define EXTENSIONSYSTEM_PLUGINCONTEXT_H
+
+#include "extensionsystem_global.h"
+
+#include <framework/pluginframeworkconfig.h>
+#include <plugin/plugininfo.h>
+
+#include <QtCore/QDir>
+#include <QtCore/QList>
+#include <QtCore/QObject>
+
+namespace ExtensionSystem {
+
+class CustomizedEvent;
+class ICustomizedListener;
+class IExtensionListener;
+class IFrameworkListener;
+class IListener;
+class IPluginListener;
+class IServiceListener;
+class Plugin;
+class PluginMetaData;
+
+namespace Internal {
+class PluginContextPrivate;
+class PluginFrameworkContext;
+}
+
+// What a plug-in gets in its activator's start() and stop(): its one door into
+// the system, which files everything it does under its symbolic name.
+class EXTENSIONSYSTEM_EXPORT PluginContext : public QObject
+{
+    Q_OBJECT
+    ES_DECLARE_PRIVATE(PluginContext)
+public:
+    PluginContext(Plugin *plugin, Internal::PluginFrameworkContext *context, QObject *parent);
+    ~PluginContext() override;
+
+    // Identity and resources
+    QString symbolic() const;
+    QDir location() const;
+    QString resourcePath(const QString &path) const;
+    const PluginMetaData *metaData() const;
+
+    // Events
+    void publishCustomizedEvent(const CustomizedEvent &event);
+    void registerCustomizedListener(ICustomizedListener *listener);
+    void registerExtensionListener(IExtensionListener *listener);
+    void registerServiceListener(IServiceListener *listener);
+    void registerFrameworkListener(IFrameworkListener *listener);
+    void registerPluginListener(IPluginListener *listener);
+    void unregisterlistener(IListener *listener);
+    void trackFrameworkEvent(const QObject *receiver, const char *slot, Qt::ConnectionType type = Qt::AutoConnection);
+    void trackPluginEvent(const QObject *receiver, const char *slot, Qt::ConnectionType type = Qt::AutoConnection);
+    void trackServiceEvent(const QObject *receiver, const char *slot, Qt::ConnectionType type = Qt::AutoConnection);
+    void trackExtensionEvent(const QObject *receiver, const char *slot, Qt::ConnectionType type = Qt::AutoConnection);
+    void trackCustomizedEvent(int eventType, const QObject *receiver, const char *slot,
+                              Qt::ConnectionType type = Qt::AutoConnection);
+    void untrackEvent(const QObject *receiver, const char *slot);
+
+    // Plug-ins
+    void startPlugin(const QString &symbolic);
+    void stopPlugin(const QString &symbolic = QString());
+    PluginInfo pluginInfo(const QString &symbolic) const;
+    QList<PluginInfo> pluginInfos() const;
+    PluginFrameworkConfig::StartupPolicy startupPolicy(const QString &symbolic = QString()) const;
+    void setStartupPolicy(PluginFrameworkConfig::StartupPolicy policy, const QString &symbolic = QString());
+
+private:
+    Q_DISABLE_COPY(PluginContext)
+};
+
+} // namespace ExtensionSystem
+
+#endif // EXTENSIONSYSTEM_PLUGINCONTEXT_H

@@ -1,0 +1,363 @@
+#include "pluginmanager.h"
+#include "pluginmanager_p.h"
+
+#include <event/eventmanager.h>
+#include <event/pluginevent.h>
+#include <framework/pluginframeworkcontext.h>
+#include <plugin/plugin.h>
+#include <plugin/pluginloadqueue.h>
+#include <plugin/pluginmetadata.h>
+
+#include <QtCore/QDebug>
+#include <QtCore/QFile>
+#include <QtCore/QFileSystemWatcher>
+
+namespace ExtensionSystem {
+
+using namespace Internal;
+
+namespace {
+
+// The one place that knows what a plug-in library is called on this platform.
+#if defined(Q_OS_WIN)
+const char libraryPattern[] = "*.dll";
+#elif defined(Q_OS_DARWIN)
+const char libraryPattern[] = "*.dylib";
+#else
+const char libraryPattern[] = "*.so";
+#endif
+
+} // namespace
+
+namespace Internal {
+
+PluginManagerPrivate::PluginManagerPrivate(PluginFrameworkContext *context)
+    : context(context)
+    , scanDone(false)
+    , error(0)
+    , errorString(QObject::tr("No Error"))
+    , loadQueue(new PluginLoadQueue)
+    , pluginCount(0)
+    , watcher(new QFileSystemWatcher)
+{
+    if (context->config->watchPluginsDirectory())
+        watcher->addPath(PluginFrameworkConfig::pluginsDir().path());
+}
+
+PluginManagerPrivate::~PluginManagerPrivate()
+{
+    plugins.clear();
+    pluginFiles.clear();
+    delete watcher;
+    pluginInfos.clear();
+    delete loadQueue;
+}
+
+void PluginManagerPrivate::handleError(int error, const QString &errorString)
+{
+    Q_Q(PluginManager);
+    this->error = error;
+    this->errorString = errorString;
+    qDebug() << "PluginManager::Error >" << errorString;
+    emit q->errorOccured(error, errorString);
+}
+
+void PluginManagerPrivate::installDirectory(const QDir &pluginDir)
+{
+    Q_Q(PluginManager);
+    if (!pluginDir.exists()) {
+        const QString text = QObject::tr("The 'plugins' directory not exists!");
+        handleError(1, text);
+        qDebug() << "[PluginManager] > installPlugins:" << text;
+        return;
+    }
+    qDebug() << "[PluginManager] > installPlugins:";
+
+    const QFileInfoList directories = pluginDir.entryInfoList(QDir::Dirs | QDir::NoSymLinks | QDir::NoDotAndDotDot);
+    pluginCount = directories.size();
+    for (const QFileInfo &directory : directories) {
+        const QDir dir(directory.absoluteFilePath());
+        qDebug() << " |->" << dir.dirName();
+        bool installed = false;
+        const QFileInfoList libraries = dir.entryInfoList(QStringList(QLatin1String(libraryPattern)), QDir::Files);
+        for (const QFileInfo &library : libraries)
+            installed = installFile(library);
+        // Only the last library of a directory decides whether its extension file is announced.
+        const QString extensionFile = dir.absoluteFilePath(QStringLiteral("extension.xml"));
+        if (installed && QFile::exists(extensionFile))
+            emit q->parsingExtensionFile(extensionFile);
+    }
+    scanDone = true;
+    emit q->loadingQueueChanged(loadQueue->queue());
+}
+
+bool PluginManagerPrivate::installFile(const QFileInfo &fileinfo)
+{
+    Q_Q(PluginManager);
+    if (pluginFiles.value(fileinfo.filePath())) {
+        handleError(4, QObject::tr("The specified plugin has been installed, file: %1").arg(fileinfo.filePath()));
+        return false;
+    }
+    qDebug() << "   |->" << fileinfo.absoluteFilePath();
+
+    auto *plugin = new Plugin(fileinfo, context, q);
+    const QString symbolic = plugin->symbolic();
+    if (plugins.value(symbolic)) {
+        handleError(5, QObject::tr("Exists the same symbolic, symbolic: %1").arg(symbolic));
+        plugin->deleteLater();
+        return false;
+    }
+
+    const int policy = context->config->pluginStartupPolicy(symbolic);
+    qDebug() << "     |->" << symbolic << ":" << policy;
+    // Recorded before the lists are applied: a refused plug-in stays visible with its policy.
+    if (plugin->metaData()) {
+        pluginInfos.insert(symbolic, PluginInfo(plugin->metaData(), plugin->state(), true,
+                                                fileinfo.absolutePath(), fileinfo.filePath(), policy));
+    }
+    if (policy == PluginFrameworkConfig::PolicyDisable) {
+        handleError(9, QObject::tr("Plugin: '%1' in the blacklist, cannot install it!").arg(symbolic));
+        plugin->deleteLater();
+        return false;
+    }
+    if (policy == PluginFrameworkConfig::PolicyUndefine && context->config->loadEnabledPluginOnly()) {
+        handleError(10, QObject::tr("Plugin: '%1' not in the whitelist, and loadEnabledPluginOnly is ON, "
+                                    "cannot install it!").arg(symbolic));
+        plugin->deleteLater();
+        return false;
+    }
+
+    QObject::connect(plugin, SIGNAL(stateChanged(const QString &, int, int)),
+                     q, SLOT(pluginStateChanaged(const QString &, int, int)));
+    pluginFiles.insert(fileinfo.filePath(), plugin);
+    plugins.insert(symbolic, plugin);
+    loadQueue->add(plugin);
+    emit q->installed(symbolic);
+    // The change to Installed happened before the connection above existed.
+    pluginStateChanaged(symbolic, PluginInfo::Uninstalled, PluginInfo::Installed);
+    if (scanDone)
+        emit q->loadingQueueChanged(loadQueue->queue());
+    return true;
+}
+
+void PluginManagerPrivate::pluginStateChanaged(const QString &symbolic, int from, int to)
+{
+    Plugin *plugin = plugins.value(symbolic);
+    qDebug() << "void ExtensionSystem::Internal::PluginManagerPrivate::pluginStateChanaged(const QString&, int, int)"
+             << ">" << symbolic << plugin << "- state:" << from << "->" << to;
+    if (!plugin)
+        return;
+    auto info = pluginInfos.find(symbolic);
+    if (info != pluginInfos.end())
+        info->setCurrentState(PluginInfo::State(to));
+
+    int index = plugins.size();
+    int total = pluginCount;
+    if (scanDone) {
+        const QStringList queue = loadQueue->queue();
+        index = queue.indexOf(symbolic);
+        total = queue.size();
+    }
+    const PluginEvent event(PluginEvent::Action(to), PluginEvent::Action(from), symbolic,
+                            plugin->location().path(), plugin->fileInfo().filePath(), plugin->version(),
+                            index, total);
+    context->eventManager->publish(event);
+}
+
+void PluginManagerPrivate::startStep(Plugin *plugin)
+{
+    if (!plugin) {
+        handleError(3, QObject::tr("Cannot start plugin, that is invalid"));
+        return;
+    }
+    qDebug() << "PluginManager::Start >" << plugin->symbolic() << ":" << plugin->state();
+    if (plugin->state() == PluginInfo::Active)
+        return;
+    if (plugin->state() > 3) {
+        plugin->start();
+        return;
+    }
+    handleError(7, QObject::tr("Cannot start plugin: %1, that is not resolved").arg(plugin->symbolic()));
+}
+
+void PluginManagerPrivate::stopStep(Plugin *plugin)
+{
+    if (!plugin) {
+        handleError(3, QObject::tr("Cannot stop plugin, that is invalid"));
+        return;
+    }
+    if (plugin->state() == PluginInfo::Active) {
+        plugin->stop();
+        return;
+    }
+    handleError(8, QObject::tr("Cannot stop plugin: %1, that is not actived").arg(plugin->symbolic()));
+}
+
+void PluginManagerPrivate::start(const QString &symbolic)
+{
+    qDebug() << "void ExtensionSystem::Internal::PluginManagerPrivate::start(const QString&)" << symbolic;
+    if (!plugins.value(symbolic)) {
+        handleError(6, QObject::tr("Cannot start plugin: %1, that is not installed").arg(symbolic));
+        return;
+    }
+    const QStringList list = loadQueue->startList(symbolic);
+    qDebug() << "PluginManager::start >" << symbolic << list;
+    for (const QString &name : list)
+        startStep(plugins.value(name));
+}
+
+void PluginManagerPrivate::stop(const QString &symbolic)
+{
+    if (!plugins.value(symbolic)) {
+        handleError(6, QObject::tr("The plugin: %1 is not installed").arg(symbolic));
+        return;
+    }
+    const QStringList list = loadQueue->stopList(symbolic);
+    qDebug() << "void ExtensionSystem::Internal::PluginManagerPrivate::stop(const QString&)" << ">" << list;
+    for (const QString &name : list)
+        stopStep(plugins.value(name));
+}
+
+} // namespace Internal
+
+PluginManager::PluginManager(PluginFrameworkContext *context, QObject *parent)
+    : QObject(*new PluginManagerPrivate(context), parent)
+{
+    Q_D(PluginManager);
+    d->loadQueue->setManager(this);
+    connect(d->watcher, SIGNAL(directoryChanged(QString)), this, SLOT(pluginDirectoryChanged(QString)),
+            Qt::QueuedConnection);
+}
+
+PluginManager::~PluginManager()
+{
+}
+
+int PluginManager::error() const
+{
+    return d_func()->error;
+}
+
+QString PluginManager::errorString() const
+{
+    return d_func()->errorString;
+}
+
+Plugin *PluginManager::find(const QString &symbolic) const
+{
+    return d_func()->plugins.value(symbolic);
+}
+
+Plugin *PluginManager::findByFile(const QString &filePath) const
+{
+    return d_func()->pluginFiles.value(filePath);
+}
+
+PluginInfo PluginManager::pluginInfo(const QString &symbolic) const
+{
+    return d_func()->pluginInfos.value(symbolic);
+}
+
+QList<PluginInfo> PluginManager::pluginInfos() const
+{
+    return d_func()->pluginInfos.values();
+}
+
+QStringList PluginManager::loadQueue() const
+{
+    return d_func()->loadQueue->queue();
+}
+
+void PluginManager::install(QDir pluginDir)
+{
+    d_func()->installDirectory(pluginDir);
+}
+
+void PluginManager::install(QFileInfo fileinfo)
+{
+    d_func()->installFile(fileinfo);
+}
+
+void PluginManager::uninstall(QString symbolic)
+{
+    Q_D(PluginManager);
+    Plugin *plugin = d->plugins.value(symbolic);
+    if (!plugin) {
+        d->handleError(6, tr("The plugin: %1 is not installed").arg(symbolic));
+        return;
+    }
+    d->stop(symbolic);
+    if (plugin->error() != 0) {
+        d->handleError(plugin->error(), plugin->errorString());
+        return;
+    }
+    plugin->deleteLater();
+    d->plugins.remove(symbolic);
+    // Keyed by file path, so this removes nothing: the file cannot be installed
+    // again in this run and findByFile still names the old object.
+    d->pluginFiles.remove(symbolic);
+    d->pluginInfos.remove(symbolic);
+    emit uninstalled(symbolic);
+}
+
+void PluginManager::start()
+{
+    Q_D(PluginManager);
+    const QStringList queue = d->loadQueue->queue();
+    qDebug() << "START:" << queue;
+    for (const QString &name : queue) {
+        Plugin *plugin = d->plugins.value(name);
+        if (plugin && plugin->state() == PluginInfo::Resolved)
+            plugin->start();
+    }
+}
+
+void PluginManager::stop()
+{
+    Q_D(PluginManager);
+    const QStringList reversed = d->loadQueue->reversed();
+    for (const QString &name : reversed)
+        d->stopStep(d->plugins.value(name));
+}
+
+void PluginManager::start(QString symbolic)
+{
+    d_func()->start(symbolic);
+}
+
+void PluginManager::stop(QString symbolic)
+{
+    d_func()->stop(symbolic);
+}
+
+void PluginManager::setPluginStartupPolicy(QString symbolic, PluginFrameworkConfig::StartupPolicy startupPolicy)
+{
+    Q_D(PluginManager);
+    d->context->config->setPluginStartupPolicy(symbolic, startupPolicy);
+    auto info = d->pluginInfos.find(symbolic);
+    if (info != d->pluginInfos.end())
+        info->setStartupPolicy(startupPolicy);
+}
+
+void PluginManager::setWatchingPluginDirEnable(bool on)
+{
+    Q_D(PluginManager);
+    d->context->config->setWatchPluginsDirectory(on);
+    const QString path = PluginFrameworkConfig::pluginsDir().path();
+    if (on)
+        d->watcher->addPath(path);
+    else
+        d->watcher->removePath(path);
+}
+
+void PluginManager::pluginStateChanaged(const QString &symbolic, int from, int to)
+{
+    d_func()->pluginStateChanaged(symbolic, from, to);
+}
+
+void PluginManager::pluginDirectoryChanged(QString dir)
+{
+    d_func()->installDirectory(QDir(dir));
+}
+
+} // namespace ExtensionSystem

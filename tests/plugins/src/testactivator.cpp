@@ -1,0 +1,40 @@
+#include "testactivator.h"
+
+#include <plugin/plugincontext.h>
+#include <plugin/pluginmetadata.h>
+
+#include <QtCore/QCoreApplication>
+#include <QtCore/QVariant>
+
+namespace {
+
+// The test reads what plug-ins did from this application property.
+void log(const QString &entry)
+{
+    QStringList entries = qApp->property("es.test.log").toStringList();
+    entries << entry;
+    qApp->setProperty("es.test.log", entries);
+}
+
+QString option(ExtensionSystem::PluginContext *context, const char *key)
+{
+    return context->metaData()->getProperty(QString::fromLatin1(key));
+}
+
+} // namespace
+
+void TestActivator::start(ExtensionSystem::PluginContext *context)
+{
+    log(QStringLiteral("start:") + context->symbolic());
+    const QString greeting = QCoreApplication::translate("TestActivator", "hello");
+    if (greeting != QLatin1String("hello"))
+        log(QStringLiteral("translated:") + greeting);
+    const QString next = option(context, "test.startPlugin");
+    if (!next.isEmpty())
+        context->startPlugin(next);
+}
+
+void TestActivator::stop(ExtensionSystem::PluginContext *context)
+{
+    log(QStringLiteral("stop:") + context->symbolic());
+}

@@ -1,0 +1,322 @@
+#include "testsupport.h"
+
+#include <event/eventmanager.h>
+#include <event/frameworkevent.h>
+#include <event/iframeworklistener.h>
+#include <event/ipluginlistener.h>
+#include <framework/pluginframework.h>
+#include <framework/pluginframework_p.h>
+#include <framework/pluginframeworkcontext.h>
+#include <plugin/plugin.h>
+#include <plugin/pluginmanager.h>
+
+#include <QtTest>
+
+using namespace ExtensionSystem;
+using namespace ExtensionSystem::Internal;
+using namespace TestSupport;
+
+namespace {
+
+EventManager *eventManagerOf(PluginFramework *framework)
+{
+    auto *d = static_cast<PluginFrameworkPrivate *>(QObjectPrivate::get(framework));
+    return d->context->eventManager;
+}
+
+struct StateRecorder : IFrameworkListener
+{
+    void frameworkChanged(const FrameworkEvent &event) override
+    {
+        transitions << QStringLiteral("%1>%2").arg(event.prevAction()).arg(event.action());
+    }
+    QStringList transitions;
+};
+
+struct PluginEventRecorder : IPluginListener
+{
+    void pluginChanged(const PluginEvent &event) override
+    {
+        events << QStringLiteral("%1 %2>%3 %4/%5")
+                      .arg(event.symbolic())
+                      .arg(event.prevAction())
+                      .arg(event.action())
+                      .arg(event.initIndex())
+                      .arg(event.pluginSize());
+    }
+    QStringList events;
+};
+
+} // namespace
+
+class tst_Lifecycle : public QObject
+{
+    Q_OBJECT
+private slots:
+    void initTestCase() { qRegisterMetaType<PluginEvent>("PluginEvent"); }
+    void init()
+    {
+        resetApplicationDirectory();
+        clearPluginLog();
+    }
+    void dependencyChain();
+    void frameworkStates();
+    void quitRunsStopTwice();
+    void missingPluginsDirectory();
+    void blackAndWhiteLists();
+    void uninstallAndReinstall();
+    void watcherInstallsNewDirectory();
+};
+
+void tst_Lifecycle::dependencyChain()
+{
+    // Directory order c, b, a: the dependants are installed before what they need.
+    deployPlugin(QStringLiteral("chain.c"), QStringLiteral("1_c"));
+    deployPlugin(QStringLiteral("chain.b"), QStringLiteral("2_b"));
+    deployPlugin(QStringLiteral("chain.a"), QStringLiteral("3_a"));
+
+    PluginFramework framework;
+    PluginEventRecorder recorder;
+    eventManagerOf(&framework)->registerListener(QStringLiteral("test"), &recorder);
+    auto *manager = framework.findChild<PluginManager *>();
+    QVERIFY(manager);
+    QSignalSpy queueSpy(manager, &PluginManager::loadingQueueChanged);
+    QSignalSpy forwarded(&framework, &PluginFramework::pluginChanged);
+
+    framework.init();
+    QCOMPARE(framework.state(), int(PluginFramework::FrameworkInitialized));
+    // A resolves at once and pulls b, then c, in behind it; its own 1>2 comes last.
+    QCOMPARE(recorder.events, QStringList({"chain.c 1>2 1/3", "chain.b 1>2 2/3", "chain.a 2>4 3/3",
+                                           "chain.b 2>4 3/3", "chain.c 2>4 3/3", "chain.a 1>2 3/3"}));
+    QCOMPARE(forwarded.count(), recorder.events.size());
+    QCOMPARE(manager->loadQueue(), QStringList({"chain.a", "chain.b", "chain.c"}));
+    QCOMPARE(queueSpy.count(), 1);
+    QCOMPARE(queueSpy.at(0).at(0).toStringList(), manager->loadQueue());
+    // The snapshot of a keeps the 2 that was reported last.
+    QCOMPARE(int(manager->pluginInfo(QStringLiteral("chain.a")).currentState()), int(PluginInfo::Installed));
+    QCOMPARE(int(manager->pluginInfo(QStringLiteral("chain.c")).currentState()), int(PluginInfo::Resolved));
+
+    recorder.events.clear();
+    framework.start();
+    QCOMPARE(pluginLog(), QStringList({"start:chain.a", "start:chain.b", "start:chain.c"}));
+    // After the scan the index is the position in the queue.
+    QCOMPARE(recorder.events.mid(0, 2), QStringList({"chain.a 4>8 0/3", "chain.a 8>32 0/3"}));
+    QCOMPARE(recorder.events.last(), QStringLiteral("chain.c 8>32 2/3"));
+
+    clearPluginLog();
+    manager->stop(QStringLiteral("chain.a"));
+    QCOMPARE(pluginLog(), QStringList({"stop:chain.c", "stop:chain.b", "stop:chain.a"}));
+    clearPluginLog();
+    manager->start(QStringLiteral("chain.c"));
+    QCOMPARE(pluginLog(), QStringList({"start:chain.a", "start:chain.b", "start:chain.c"}));
+    clearPluginLog();
+    QSignalSpy errors(manager, &PluginManager::errorOccured);
+    manager->start(QStringLiteral("chain.c"));
+    QVERIFY(pluginLog().isEmpty());
+    QCOMPARE(errors.count(), 0);
+
+    framework.stop();
+    QCOMPARE(pluginLog(), QStringList({"stop:chain.c", "stop:chain.b", "stop:chain.a"}));
+    QCOMPARE(errors.count(), 0);
+    framework.stop();
+    QCOMPARE(errors.count(), 3);
+    const QStringList expected = {QStringLiteral("chain.c"), QStringLiteral("chain.b"), QStringLiteral("chain.a")};
+    for (int i = 0; i < 3; ++i) {
+        QCOMPARE(errors.at(i).at(0).toInt(), 8);
+        QCOMPARE(errors.at(i).at(1).toString(),
+                 QStringLiteral("Cannot stop plugin: %1, that is not actived").arg(expected.at(i)));
+    }
+    eventManagerOf(&framework)->unregisterListener(&recorder);
+}
+
+void tst_Lifecycle::frameworkStates()
+{
+    QDir().mkpath(pluginsDir());
+    StateRecorder states;
+    {
+        PluginFramework framework;
+        eventManagerOf(&framework)->registerListener(QStringLiteral("test"), &states);
+        QSignalSpy stopped(&framework, &PluginFramework::stopped);
+        QSignalSpy stateChanged(&framework, &PluginFramework::stateChanged);
+        framework.stop();
+        QCOMPARE(states.transitions, QStringList({"0>4", "4>2"}));
+        QCOMPARE(framework.state(), 2);
+        QCOMPARE(stopped.count(), 1);
+
+        states.transitions.clear();
+        framework.exit(); // 2 is not above 2
+        QVERIFY(states.transitions.isEmpty());
+        framework.init();
+        framework.start();
+        QCOMPARE(states.transitions, QStringList({"2>1", "1>2", "2>8", "8>16"}));
+        // A second init is not refused: it scans again and goes through 1 to 2.
+        states.transitions.clear();
+        framework.init();
+        QCOMPARE(states.transitions, QStringList({"16>1", "1>2"}));
+        framework.start();
+        states.transitions.clear();
+        framework.exit();
+        QCOMPARE(states.transitions, QStringList({"16>4", "4>2"}));
+        QCOMPARE(stateChanged.count(), 0); // state changes go out as events only
+        states.transitions.clear();
+    }
+    // Destruction runs the stop sequence.
+    QCOMPARE(states.transitions, QStringList({"2>4", "4>2"}));
+}
+
+void tst_Lifecycle::quitRunsStopTwice()
+{
+    deployPlugin(QStringLiteral("chain.a"));
+    PluginFramework framework;
+    StateRecorder states;
+    eventManagerOf(&framework)->registerListener(QStringLiteral("test"), &states);
+    framework.init();
+    framework.start();
+    auto *manager = framework.findChild<PluginManager *>();
+    QSignalSpy errors(manager, &PluginManager::errorOccured);
+    QSignalSpy stopped(&framework, &PluginFramework::stopped);
+    states.transitions.clear();
+
+    QTimer::singleShot(0, qApp, &QCoreApplication::quit);
+    qApp->exec();
+    QCOMPARE(stopped.count(), 2);
+    QCOMPARE(states.transitions, QStringList({"16>4", "4>2", "2>4", "4>2"}));
+    // The second run finds the plug-in stopped already.
+    QCOMPARE(errors.count(), 1);
+    QCOMPARE(errors.at(0).at(0).toInt(), 8);
+    QCOMPARE(pluginLog(), QStringList({"start:chain.a", "stop:chain.a"}));
+    eventManagerOf(&framework)->unregisterListener(&states);
+}
+
+void tst_Lifecycle::missingPluginsDirectory()
+{
+    PluginFramework framework;
+    QSignalSpy errors(&framework, &PluginFramework::errorOccured);
+    QSignalSpy initialized(&framework, &PluginFramework::initialized);
+    framework.init();
+    QCOMPARE(framework.state(), 0);
+    QCOMPARE(framework.error(), 0);
+    QCOMPARE(framework.errorString(), QStringLiteral("No Error"));
+    QCOMPARE(errors.count(), 1);
+    QCOMPARE(errors.at(0).at(0).toInt(), 1);
+    QCOMPARE(errors.at(0).at(1).toString(), QStringLiteral("The Plugins Directory not exists"));
+    QCOMPARE(initialized.count(), 0);
+
+    // Installing one file needs no init.
+    const QString file = deployPlugin(QStringLiteral("chain.a"));
+    framework.installPlugin(file);
+    auto *manager = framework.findChild<PluginManager *>();
+    QVERIFY(manager->find(QStringLiteral("chain.a")));
+    QCOMPARE(manager->find(QStringLiteral("chain.a"))->state(), int(PluginInfo::Resolved));
+}
+
+void tst_Lifecycle::blackAndWhiteLists()
+{
+    deployPlugin(QStringLiteral("chain.a"), QStringLiteral("1_a"));
+    deployPlugin(QStringLiteral("chain.b"), QStringLiteral("2_b"));
+    deployPlugin(QStringLiteral("chain.c"), QStringLiteral("3_c"));
+    writeFile(configFile(), "[PluginManager]\nloadEnabledPluginOnly=true\n"
+                            "[Plugin]\nchain.a=enable\nchain.b= ENABLE \nchain.c=disable\n");
+
+    PluginFramework framework;
+    auto *manager = framework.findChild<PluginManager *>();
+    QSignalSpy errors(manager, &PluginManager::errorOccured);
+    QVERIFY(framework.loadEnabledPluginOnly());
+    framework.init();
+
+    QVERIFY(manager->find(QStringLiteral("chain.a")));
+    QVERIFY(manager->find(QStringLiteral("chain.b"))); // trimmed and folded: enabled
+    QVERIFY(!manager->find(QStringLiteral("chain.c")));
+    QCOMPARE(errors.count(), 1);
+    QCOMPARE(errors.at(0).at(0).toInt(), 9);
+    QCOMPARE(errors.at(0).at(1).toString(), QStringLiteral("Plugin: 'chain.c' in the blacklist, cannot install it!"));
+    // The refused plug-in stays visible with its policy.
+    const PluginInfo refused = manager->pluginInfo(QStringLiteral("chain.c"));
+    QCOMPARE(refused.symbolic(), QStringLiteral("chain.c"));
+    QCOMPARE(refused.startupPolicy(), int(PluginFrameworkConfig::PolicyDisable));
+    QCOMPARE(manager->pluginInfos().size(), 3);
+
+    // Not listed while only enabled plug-ins load: refused with error 10.
+    resetApplicationDirectory();
+    deployPlugin(QStringLiteral("chain.a"));
+    deployPlugin(QStringLiteral("translated"));
+    writeFile(configFile(), "[PluginManager]\nloadEnabledPluginOnly=true\n[Plugin]\nchain.a=enable\n");
+    PluginFramework second;
+    auto *secondManager = second.findChild<PluginManager *>();
+    QSignalSpy secondErrors(secondManager, &PluginManager::errorOccured);
+    second.init();
+    QVERIFY(secondManager->find(QStringLiteral("chain.a")));
+    QVERIFY(!secondManager->find(QStringLiteral("translated")));
+    QCOMPARE(secondErrors.count(), 1);
+    QCOMPARE(secondErrors.at(0).at(0).toInt(), 10);
+}
+
+void tst_Lifecycle::uninstallAndReinstall()
+{
+    const QString file = deployPlugin(QStringLiteral("chain.a"));
+    deployPlugin(QStringLiteral("chain.b"));
+    PluginFramework framework;
+    auto *manager = framework.findChild<PluginManager *>();
+    framework.init();
+    framework.start();
+    QSignalSpy errors(manager, &PluginManager::errorOccured);
+    QSignalSpy uninstalled(manager, &PluginManager::uninstalled);
+    Plugin *old = manager->find(QStringLiteral("chain.a"));
+
+    clearPluginLog();
+    manager->uninstall(QStringLiteral("chain.a"));
+    // Dependants are stopped first.
+    QCOMPARE(pluginLog(), QStringList({"stop:chain.b", "stop:chain.a"}));
+    QCOMPARE(uninstalled.count(), 1);
+    QVERIFY(!manager->find(QStringLiteral("chain.a")));
+    QVERIFY(manager->pluginInfo(QStringLiteral("chain.a")).symbolic().isEmpty());
+    QCOMPARE(manager->findByFile(QFileInfo(file).filePath()), old);
+    // The name stays in the queue.
+    QCOMPARE(manager->loadQueue(), QStringList({"chain.a", "chain.b"}));
+
+    manager->install(QFileInfo(file));
+    QCOMPARE(errors.count(), 1);
+    QCOMPARE(errors.at(0).at(0).toInt(), 4);
+    QCOMPARE(errors.at(0).at(1).toString(),
+             QStringLiteral("The specified plugin has been installed, file: %1").arg(file));
+    QVERIFY(!manager->find(QStringLiteral("chain.a")));
+
+    // The stale queue entry: start passes over it, stop reports it as invalid.
+    errors.clear();
+    framework.stop();
+    QCOMPARE(errors.count(), 2);
+    QCOMPARE(errors.at(0).at(0).toInt(), 8); // chain.b is already stopped
+    QCOMPARE(errors.at(1).at(0).toInt(), 3);
+    QCOMPARE(errors.at(1).at(1).toString(), QStringLiteral("Cannot stop plugin, that is invalid"));
+
+    errors.clear();
+    manager->uninstall(QStringLiteral("nothing"));
+    QCOMPARE(errors.at(0).at(1).toString(), QStringLiteral("The plugin: nothing is not installed"));
+}
+
+void tst_Lifecycle::watcherInstallsNewDirectory()
+{
+    deployPlugin(QStringLiteral("chain.a"));
+    PluginFramework framework;
+    QVERIFY(framework.watchingPluginDirEnabled());
+    auto *manager = framework.findChild<PluginManager *>();
+    framework.init();
+    framework.start();
+
+    // Prepared beside the plug-ins directory and moved in at once, so that the
+    // scan never sees a half-copied directory.
+    const QString staging = appDir() + QStringLiteral("/staging");
+    QDir(staging).removeRecursively();
+    QDir().mkpath(staging);
+    QFile::copy(builtPlugin(QStringLiteral("chain.b")), staging + QStringLiteral("/chain.b.so"));
+    QVERIFY(QDir().rename(staging, pluginsDir() + QStringLiteral("/chain.b")));
+
+    QTRY_VERIFY(manager->find(QStringLiteral("chain.b")));
+    QCOMPARE(manager->find(QStringLiteral("chain.b"))->state(), int(PluginInfo::Resolved));
+    QCOMPARE(manager->find(QStringLiteral("chain.a"))->state(), int(PluginInfo::Active));
+    QCOMPARE(manager->loadQueue(), QStringList({"chain.a", "chain.b"}));
+    QCOMPARE(pluginLog(), QStringList({"start:chain.a"}));
+}
+
+QTEST_MAIN(tst_Lifecycle)
+#include "tst_lifecycle.moc"
