@@ -10,7 +10,7 @@ namespace Internal {
 
 class PluginFrameworkContext;
 
-class PluginFrameworkPrivate : public QObjectPrivate
+class EXTENSIONSYSTEM_AUTOTEST_EXPORT PluginFrameworkPrivate : public QObjectPrivate
 {
     ES_DECLARE_PUBLIC(PluginFramework)
 public:
