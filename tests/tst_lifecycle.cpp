@@ -8,7 +8,9 @@
 #include <framework/pluginframework_p.h>
 #include <framework/pluginframeworkcontext.h>
 #include <plugin/plugin.h>
+#include <plugin/plugincontext.h>
 #include <plugin/pluginmanager.h>
+#include <plugin/pluginmetadata.h>
 
 #include <QtTest>
 
@@ -47,6 +49,15 @@ struct PluginEventRecorder : IPluginListener
     QStringList events;
 };
 
+class Receiver : public QObject
+{
+    Q_OBJECT
+public:
+    QStringList received;
+public slots:
+    void onPlugin(const ExtensionSystem::PluginEvent &event) { received << event.symbolic(); }
+};
+
 } // namespace
 
 class tst_Lifecycle : public QObject
@@ -66,6 +77,7 @@ private slots:
     void blackAndWhiteLists();
     void uninstallAndReinstall();
     void watcherInstallsNewDirectory();
+    void pluginContextOperations();
 };
 
 void tst_Lifecycle::dependencyChain()
@@ -316,6 +328,52 @@ void tst_Lifecycle::watcherInstallsNewDirectory()
     QCOMPARE(manager->find(QStringLiteral("chain.a"))->state(), int(PluginInfo::Active));
     QCOMPARE(manager->loadQueue(), QStringList({"chain.a", "chain.b"}));
     QCOMPARE(pluginLog(), QStringList({"start:chain.a"}));
+}
+
+void tst_Lifecycle::pluginContextOperations()
+{
+    deployPlugin(QStringLiteral("chain.a"), QStringLiteral("1_a"));
+    deployPlugin(QStringLiteral("chain.b"), QStringLiteral("2_b"));
+    PluginFramework framework;
+    auto *manager = framework.findChild<PluginManager *>();
+    framework.init();
+    framework.start();
+    PluginContext *context = manager->find(QStringLiteral("chain.a"))->pluginContext();
+    QCOMPARE(context->symbolic(), QStringLiteral("chain.a"));
+    QCOMPARE(context->resourcePath(QString()), QStringLiteral(":/chain.a/"));
+    QCOMPARE(context->location(), QDir(pluginsDir() + QStringLiteral("/1_a")));
+    QCOMPARE(context->metaData()->version(), QStringLiteral("1.0.0"));
+    QCOMPARE(context->pluginInfos().size(), 2);
+    QCOMPARE(context->pluginInfo(QStringLiteral("chain.b")).symbolic(), QStringLiteral("chain.b"));
+
+    // A receiver tracked through the context hears plug-in events until untracked.
+    Receiver receiver;
+    context->trackPluginEvent(&receiver, SLOT(onPlugin(ExtensionSystem::PluginEvent)), Qt::DirectConnection);
+    // An empty name means the plug-in itself, stopped with its dependants first.
+    clearPluginLog();
+    context->stopPlugin();
+    QCOMPARE(pluginLog(), QStringList({"stop:chain.b", "stop:chain.a"}));
+    QCOMPARE(receiver.received,
+             QStringList({"chain.b", "chain.b", "chain.a", "chain.a"}));
+    context->untrackEvent(&receiver, nullptr);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    // startPlugin has no such default: an empty name is not installed.
+    QSignalSpy errors(manager, &PluginManager::errorOccured);
+    context->startPlugin(QString());
+    QCOMPARE(errors.count(), 1);
+    QCOMPARE(errors.at(0).at(0).toInt(), 6);
+    context->startPlugin(QStringLiteral("chain.b"));
+    QCOMPARE(manager->find(QStringLiteral("chain.a"))->state(), int(PluginInfo::Active));
+    QCOMPARE(receiver.received.size(), 4);
+
+    // The policy of the plug-in itself is written now and counts at the next installation.
+    context->setStartupPolicy(PluginFrameworkConfig::PolicyDisable);
+    QCOMPARE(context->startupPolicy(), PluginFrameworkConfig::PolicyDisable);
+    QCOMPARE(context->startupPolicy(QStringLiteral("chain.b")), PluginFrameworkConfig::PolicyUndefine);
+    QCOMPARE(manager->pluginInfo(QStringLiteral("chain.a")).startupPolicy(), int(PluginFrameworkConfig::PolicyDisable));
+    QCOMPARE(manager->find(QStringLiteral("chain.a"))->state(), int(PluginInfo::Active));
+    QSettings written(configFile(), QSettings::IniFormat);
+    QCOMPARE(written.value(QStringLiteral("Plugin/chain.a")).toString(), QStringLiteral("disable"));
 }
 
 QTEST_MAIN(tst_Lifecycle)
