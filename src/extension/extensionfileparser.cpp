@@ -1,0 +1,67 @@
+#include "extensionfileparser.h"
+#include "extensionfileparser_p.h"
+
+#include "extensionfileparsetask.h"
+#include "extensionstorage.h"
+
+#include <QtCore/QCoreApplication>
+#include <QtCore/QFile>
+#include <QtCore/QThreadPool>
+
+using namespace ExtensionSystem;
+using namespace ExtensionSystem::Internal;
+
+ExtensionFileParserPrivate::ExtensionFileParserPrivate()
+    : error(0)
+    , errorString(QObject::tr("No Error"))
+    , storage(nullptr)
+{
+}
+
+void ExtensionFileParserPrivate::setError(int code, const QString &text)
+{
+    Q_Q(ExtensionFileParser);
+    if (code == error)
+        return;
+    error = code;
+    errorString = text;
+    if (error != 0)
+        emit q->errorOccured(error, errorString);
+}
+
+ExtensionFileParser::ExtensionFileParser(ExtensionStorage *storage, QObject *parent)
+    : QObject(*new ExtensionFileParserPrivate, parent)
+{
+    Q_D(ExtensionFileParser);
+    d->storage = storage;
+    // The record comes back from the pool thread through a queued signal.
+    ExtType::registerMetaTypes();
+}
+
+ExtensionFileParser::~ExtensionFileParser() = default;
+
+bool ExtensionFileParser::parse(QString filepath)
+{
+    Q_D(ExtensionFileParser);
+    if (filepath.isEmpty() || !QFile::exists(filepath))
+        return false;
+
+    QString key = filepath;
+    key.remove(QCoreApplication::applicationDirPath(), Qt::CaseSensitive);
+
+    QString symbolic;
+    QString storedDigest;
+    if (d->storage)
+        d->storage->pluginRecord(key, symbolic, storedDigest);
+
+    if (ExtensionFileParseTask::digest(filepath).compare(storedDigest, Qt::CaseInsensitive) == 0)
+        return false;
+
+    if (d->storage)
+        d->storage->removeExtensions(symbolic);
+
+    auto *task = new ExtensionFileParseTask(filepath, nullptr);
+    connect(task, &ExtensionFileParseTask::extensionFound, this, &ExtensionFileParser::extensionFound);
+    QThreadPool::globalInstance()->start(task, 0);
+    return true;
+}

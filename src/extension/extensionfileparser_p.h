@@ -1,0 +1,28 @@
+#ifndef EXTENSIONSYSTEM_EXTENSIONFILEPARSER_P_H
+#define EXTENSIONSYSTEM_EXTENSIONFILEPARSER_P_H
+
+#include "extensionfileparser.h"
+
+#include <QtCore/private/qobject_p.h>
+
+namespace ExtensionSystem {
+namespace Internal {
+
+class ExtensionFileParserPrivate : public QObjectPrivate
+{
+    Q_DECLARE_PUBLIC(ExtensionFileParser)
+
+public:
+    ExtensionFileParserPrivate();
+
+    void setError(int code, const QString &text);
+
+    int error;
+    QString errorString;
+    ExtensionStorage *storage;
+};
+
+} // namespace Internal
+} // namespace ExtensionSystem
+
+#endif // EXTENSIONSYSTEM_EXTENSIONFILEPARSER_P_H

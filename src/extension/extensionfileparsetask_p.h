@@ -1,0 +1,22 @@
+#ifndef EXTENSIONSYSTEM_EXTENSIONFILEPARSETASK_P_H
+#define EXTENSIONSYSTEM_EXTENSIONFILEPARSETASK_P_H
+
+#include "extensionfileparsetask.h"
+
+#include <QtCore/private/qobject_p.h>
+
+namespace ExtensionSystem {
+namespace Internal {
+
+class ExtensionFileParseTaskPrivate : public QObjectPrivate
+{
+    Q_DECLARE_PUBLIC(ExtensionFileParseTask)
+
+public:
+    QString filepath;
+};
+
+} // namespace Internal
+} // namespace ExtensionSystem
+
+#endif // EXTENSIONSYSTEM_EXTENSIONFILEPARSETASK_P_H

@@ -1,0 +1,294 @@
+#include "extensionstorage.h"
+#include "extensionstorage_p.h"
+
+#include <QtCore/QDebug>
+#include <QtCore/QDir>
+#include <QtSql/QSqlError>
+#include <QtSql/QSqlQuery>
+
+using namespace ExtensionSystem;
+using namespace ExtensionSystem::Internal;
+
+namespace {
+
+const QString DB_FILE_NAME = QStringLiteral("extension.dat");
+
+const QString CREATE_PLUGIN_TABLE = QStringLiteral(
+    "CREATE TABLE IF NOT EXISTS `tbl_plugin` (`plug_id`\tINTEGER PRIMARY KEY AUTOINCREMENT UNIQUE,"
+    "`plug_symbolic`\tTEXT,`plug_filepath`\tTEXT,`plug_md5`\tTEXT);");
+const QString CREATE_EXTPOINT_TABLE = QStringLiteral(
+    "CREATE TABLE IF NOT EXISTS `tbl_extpoint` (`ep_id`\tTEXT UNIQUE,`ep_name`\tTEXT,`ep_plugin`\tTEXT,"
+    "`ep_description`\tTEXT,`ep_data`\tTEXT,PRIMARY KEY(ep_id));");
+const QString CREATE_EXTDATA_TABLE = QStringLiteral(
+    "CREATE TABLE IF NOT EXISTS `tbl_extdata` (`ed_id`\tINTEGER PRIMARY KEY AUTOINCREMENT UNIQUE,"
+    "`ed_point`\tTEXT,`ed_plugin`\tTEXT,`ed_extPlugin`\tTEXT,`ed_data`\tTEXT);");
+
+const QString SELECT_PLUGIN = QStringLiteral("SELECT * FROM `tbl_plugin` WHERE `plug_symbolic` = '%1'");
+const QString INSERT_PLUGIN = QStringLiteral(
+    "INSERT INTO `tbl_plugin` (`plug_symbolic`, `plug_filepath`, `plug_md5`) VALUES('%1', '%2', '%3');");
+// No WHERE: every row gets this digest, so all other files count as changed next
+// time. Costly re-parsing, but the stored data stays right; kept on purpose.
+const QString UPDATE_PLUGIN_DIGEST = QStringLiteral("UPDATE `tbl_plugin` SET `plug_md5`='%1';");
+const QString DELETE_POINTS = QStringLiteral("DELETE FROM `tbl_extpoint` WHERE `ep_plugin` = '%1';");
+const QString DELETE_DATA = QStringLiteral("DELETE FROM `tbl_extdata` WHERE `ed_plugin` = '%1';");
+// Two statements in one text, which the driver refuses to prepare: this removes
+// nothing. writeExtensionPlugin does the real removal.
+const QString DELETE_EXTENSIONS = QStringLiteral(
+    "DELETE FROM `tbl_extpoint` WHERE `ep_plugin` = '%1';DELETE FROM `tbl_extdata` WHERE `ed_plugin` = '%1';");
+const QString INSERT_POINT = QStringLiteral(
+    "INSERT INTO `tbl_extpoint` (`ep_id`, `ep_name`, `ep_plugin`, `ep_description`, `ep_data`) "
+    "VALUES(?, ?, ?, ?, ?);");
+const QString INSERT_DATA = QStringLiteral(
+    "INSERT INTO `tbl_extdata` (`ed_point`, `ed_plugin`, `ed_extPlugin`, `ed_data`) VALUES(?, ?, ?, ?);");
+const QString SELECT_PLUGIN_RECORD = QStringLiteral(
+    "SELECT `plug_symbolic`, `plug_md5` FROM `tbl_plugin` WHERE `plug_filepath` = '%1'");
+const QString SELECT_TEXTS = QStringLiteral(
+    "SELECT `ed_data` FROM `tbl_extdata` WHERE `ed_point` = '%1' AND `ed_extPlugin` = '%2' AND `ed_plugin` IN "
+    "(SELECT `plug_symbolic` FROM `tbl_plugin` WHERE `plug_symbolic` IN ('%3'));");
+const QString SELECT_TEXTS_OF_FILE = QStringLiteral(
+    "SELECT `ed_point`, `ed_data` FROM `tbl_extdata` WHERE `ed_plugin` IN "
+    "(SELECT `plug_symbolic` FROM `tbl_plugin` WHERE `plug_filepath` = '%1') AND `ed_extPlugin` IN ('%2');");
+
+const QString ACTIVE_SEPARATOR = QStringLiteral("','");
+
+} // namespace
+
+void ExtensionStoragePrivate::initialize()
+{
+    if (!db.isOpen() && !db.open()) {
+        qDebug() << "[ERROR] > Cannot open DB";
+        return;
+    }
+    execute(CREATE_PLUGIN_TABLE);
+    execute(CREATE_EXTPOINT_TABLE);
+    execute(CREATE_EXTDATA_TABLE);
+    activePlugins.clear();
+}
+
+bool ExtensionStoragePrivate::open()
+{
+    if (db.isOpen() || db.open())
+        return true;
+    qDebug() << "[SQL ERROR] > Open DB Error:" << db.lastError().text();
+    return false;
+}
+
+// A failed statement is not an error here: it is committed past. Only a thrown
+// exception would roll back, and nothing in this code base throws.
+int ExtensionStoragePrivate::execute(const QString &sql)
+{
+    if (!open())
+        return 0;
+
+    db.transaction();
+    QSqlQuery query(db);
+    if (query.prepare(sql))
+        query.exec(sql);
+    int result = query.numRowsAffected();
+    if (sql.startsWith(QLatin1String("insert"), Qt::CaseInsensitive) && result >= 1)
+        result = query.lastInsertId().toInt();
+    query.finish();
+    db.commit();
+    return result;
+}
+
+int ExtensionStoragePrivate::query(const QString &sql, QList<QSqlRecord> &records)
+{
+    if (!open())
+        return 0;
+
+    db.transaction();
+    QSqlQuery query(db);
+    query.setForwardOnly(true);
+    if (query.prepare(sql))
+        query.exec(sql);
+    while (query.next())
+        records.append(query.record());
+    const int result = records.size();
+    query.finish();
+    db.commit();
+    return result;
+}
+
+ExtensionStorage::ExtensionStorage(const QDir &dataDir, QObject *parent)
+    : QObject(*new ExtensionStoragePrivate, parent)
+{
+    Q_D(ExtensionStorage);
+    d->db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QLatin1String(QSqlDatabase::defaultConnection));
+
+    if (!dataDir.exists() && !dataDir.mkpath(dataDir.absolutePath())) {
+        qDebug() << "[Error] > ExtensionStorage: Cannot find the data storage path:" << dataDir.absolutePath();
+        // Lands in the working directory.
+        d->db.setDatabaseName(DB_FILE_NAME);
+    } else {
+        d->db.setDatabaseName(dataDir.absoluteFilePath(DB_FILE_NAME));
+        qDebug() << "ExtensionStorage > dbpath:" << dataDir.absoluteFilePath(DB_FILE_NAME) << d->db.databaseName();
+    }
+    d->initialize();
+}
+
+ExtensionStorage::~ExtensionStorage()
+{
+    Q_D(ExtensionStorage);
+    // Empty once a later store has taken the default connection over: Qt then
+    // detached this handle, and the newer connection is not ours to remove.
+    const QString name = d->db.connectionName();
+    if (d->db.isOpen())
+        d->db.close();
+    // The last handle has to go before the connection is removed, or Qt reports
+    // it as still in use.
+    d->db = QSqlDatabase();
+    if (!name.isEmpty())
+        QSqlDatabase::removeDatabase(name);
+}
+
+void ExtensionStorage::writeExtensionPlugin(ExtType::Plugin plugin)
+{
+    Q_D(ExtensionStorage);
+    qDebug() << "[DB] > writeExtensionPlugin:" << plugin.symbolic;
+    if (plugin.symbolic.isEmpty())
+        return;
+
+    QList<QSqlRecord> records;
+    d->query(SELECT_PLUGIN.arg(plugin.symbolic), records);
+    // query() has reported it already; the statements below would only add Qt's
+    // own warnings about a closed database.
+    if (!d->db.isOpen())
+        return;
+
+    d->db.transaction();
+    QSqlQuery query(d->db);
+    if (records.isEmpty()) {
+        if (!query.exec(INSERT_PLUGIN.arg(plugin.symbolic, plugin.filepath, plugin.md5))) {
+            d->db.rollback();
+            return;
+        }
+    } else {
+        if (!query.exec(UPDATE_PLUGIN_DIGEST.arg(plugin.md5))) {
+            d->db.rollback();
+            return;
+        }
+        query.exec(DELETE_POINTS.arg(plugin.symbolic));
+        query.exec(DELETE_DATA.arg(plugin.symbolic));
+    }
+    query.finish();
+
+    // A point id that another plug-in holds already fails this batch; the data
+    // batch alone decides the commit.
+    QSqlQuery pointQuery(d->db);
+    pointQuery.prepare(INSERT_POINT);
+    QVariantList pointIds, pointNames, pointPlugins, pointDescriptions, pointTexts;
+    for (const ExtType::Point &point : qAsConst(plugin.points)) {
+        pointIds << point.id;
+        pointNames << point.name;
+        pointPlugins << point.plugin;
+        pointDescriptions << point.description;
+        pointTexts << point.data;
+    }
+    pointQuery.addBindValue(pointIds, QSql::In);
+    pointQuery.addBindValue(pointNames, QSql::In);
+    pointQuery.addBindValue(pointPlugins, QSql::In);
+    pointQuery.addBindValue(pointDescriptions, QSql::In);
+    pointQuery.addBindValue(pointTexts, QSql::In);
+    pointQuery.execBatch(QSqlQuery::ValuesAsRows);
+    pointQuery.finish();
+
+    QSqlQuery dataQuery(d->db);
+    dataQuery.prepare(INSERT_DATA);
+    QVariantList dataPoints, dataPlugins, dataExtPlugins, dataTexts;
+    for (const ExtType::Data &data : qAsConst(plugin.data)) {
+        dataPoints << data.point;
+        dataPlugins << data.plugin;
+        dataExtPlugins << data.extPlugin;
+        dataTexts << data.data;
+    }
+    dataQuery.addBindValue(dataPoints, QSql::In);
+    dataQuery.addBindValue(dataPlugins, QSql::In);
+    dataQuery.addBindValue(dataExtPlugins, QSql::In);
+    dataQuery.addBindValue(dataTexts, QSql::In);
+    const bool stored = dataQuery.execBatch(QSqlQuery::ValuesAsRows);
+    dataQuery.finish();
+
+    if (stored)
+        d->db.commit();
+    else
+        d->db.rollback();
+}
+
+bool ExtensionStorage::pluginRecord(const QString &filepath, QString &symbolic, QString &digest)
+{
+    Q_D(ExtensionStorage);
+    QList<QSqlRecord> records;
+    if (d->query(SELECT_PLUGIN_RECORD.arg(filepath), records) == 0)
+        return false;
+    symbolic = records.first().value(QStringLiteral("plug_symbolic")).toString();
+    digest = records.first().value(QStringLiteral("plug_md5")).toString();
+    return !symbolic.isEmpty();
+}
+
+void ExtensionStorage::removeExtensions(const QString &symbolic)
+{
+    Q_D(ExtensionStorage);
+    if (symbolic.isEmpty())
+        return;
+    d->execute(DELETE_EXTENSIONS.arg(symbolic));
+}
+
+QStringList ExtensionStorage::extensionTexts(const QString &extPlugin, const QString &pointId)
+{
+    Q_D(ExtensionStorage);
+    if (pointId.isEmpty())
+        return {};
+
+    // The active list filters the plug-in that supplies the extension.
+    QList<QSqlRecord> records;
+    d->query(SELECT_TEXTS.arg(pointId.trimmed(), extPlugin.trimmed(), d->activePlugins.join(ACTIVE_SEPARATOR)),
+             records);
+    QStringList texts;
+    for (const QSqlRecord &record : qAsConst(records))
+        texts << record.value(QStringLiteral("ed_data")).toString();
+    return texts;
+}
+
+QMultiHash<QString, QString> ExtensionStorage::extensionTextsOfFile(const QString &filepath)
+{
+    Q_D(ExtensionStorage);
+    const QString path = filepath.trimmed();
+    if (path.isEmpty())
+        return {};
+
+    // Here the active list filters the plug-in that declares the point.
+    QList<QSqlRecord> records;
+    d->query(SELECT_TEXTS_OF_FILE.arg(path, d->activePlugins.join(ACTIVE_SEPARATOR)), records);
+    QMultiHash<QString, QString> texts;
+    for (const QSqlRecord &record : qAsConst(records))
+        texts.insert(record.value(QStringLiteral("ed_point")).toString(), record.value(QStringLiteral("ed_data")).toString());
+    return texts;
+}
+
+QStringList ExtensionStorage::activePlugins() const
+{
+    Q_D(const ExtensionStorage);
+    return d->activePlugins;
+}
+
+void ExtensionStorage::setActivePlugins(const QStringList &plugins)
+{
+    Q_D(ExtensionStorage);
+    if (plugins.isEmpty() || plugins.isSharedWith(d->activePlugins))
+        return;
+    d->activePlugins = plugins;
+}
+
+void ExtensionStorage::updateActivePlugin(const QString &symbolic, bool present)
+{
+    Q_D(ExtensionStorage);
+    if (symbolic.isEmpty())
+        return;
+    if (present) {
+        if (!d->activePlugins.contains(symbolic, Qt::CaseSensitive))
+            d->activePlugins.append(symbolic);
+    } else {
+        d->activePlugins.removeAll(symbolic);
+    }
+}

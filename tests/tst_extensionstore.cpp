@@ -1,0 +1,504 @@
+#include <extension/extensionfileparser.h>
+#include <extension/extensionfileparsetask.h>
+#include <extension/extensionstorage.h>
+#include <extension/exttype.h>
+#include <framework/pluginframeworkconfig.h>
+
+#include <QtCore/QScopeGuard>
+#include <QtCore/QTextCodec>
+#include <QtSql>
+#include <QtTest>
+#include <QtXml/QDomDocument>
+
+#include <memory>
+
+#if defined(Q_OS_LINUX)
+#include <fcntl.h>
+#include <linux/capability.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+#endif
+
+using namespace ExtensionSystem;
+using namespace ExtensionSystem::Internal;
+
+namespace {
+
+QMutex logMutex;
+QStringList logLines;
+
+void captureMessage(QtMsgType, const QMessageLogContext &, const QString &message)
+{
+    QMutexLocker locker(&logMutex); // the parse task logs from a pool thread
+    logLines << message;
+}
+
+QStringList logged(const QString &part)
+{
+    QMutexLocker locker(&logMutex);
+    return logLines.filter(part);
+}
+
+void clearLog()
+{
+    QMutexLocker locker(&logMutex);
+    logLines.clear();
+}
+
+QString appDir() { return QCoreApplication::applicationDirPath(); }
+QString storePath() { return PluginFrameworkConfig::configDir().filePath("extension.dat"); }
+QString relative(const QString &path) { return QString(path).remove(appDir()); }
+
+QString writeExtension(const QString &name, const QString &xml)
+{
+    const QString dir = appDir() + "/plugins/" + name;
+    QDir().mkpath(dir);
+    QFile file(dir + "/extension.xml");
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate))
+        return QString();
+    file.write(xml.toUtf8());
+    return file.fileName();
+}
+
+void setModified(const QString &path, const QDateTime &time)
+{
+    QFile file(path);
+    if (file.open(QIODevice::ReadWrite))
+        file.setFileTime(time, QFileDevice::FileModificationTime);
+}
+
+// extension.dat as another program would see it: a connection of our own, read-only.
+QList<QStringList> rows(const QString &sql, const QString &dbPath = storePath())
+{
+    QList<QStringList> result;
+    {
+        QSqlDatabase db = QSqlDatabase::addDatabase("QSQLITE", "tst_reader");
+        db.setConnectOptions("QSQLITE_OPEN_READONLY");
+        db.setDatabaseName(dbPath);
+        if (db.open()) {
+            QSqlQuery query(db);
+            query.exec(sql);
+            while (query.next()) {
+                QStringList row;
+                for (int i = 0; i < query.record().count(); ++i)
+                    row << query.value(i).toString();
+                result << row;
+            }
+        }
+    }
+    QSqlDatabase::removeDatabase("tst_reader");
+    return result;
+}
+
+int count(const QString &table, const QString &where = QString(), const QString &dbPath = storePath())
+{
+    const auto result = rows("SELECT count(*) FROM " + table + (where.isEmpty() ? "" : " WHERE " + where), dbPath);
+    return result.isEmpty() ? -1 : result.first().first().toInt();
+}
+
+// A store and a parser wired as the framework wires them.
+struct Rig
+{
+    ExtensionStorage store{PluginFrameworkConfig::configDir(), nullptr};
+    ExtensionFileParser parser{&store, nullptr};
+    Rig() { QObject::connect(&parser, &ExtensionFileParser::extensionFound, &store, &ExtensionStorage::writeExtensionPlugin); }
+};
+
+// Parses through the pool as the framework does and returns what arrived.
+QList<ExtType::Plugin> parseAndWait(ExtensionFileParser &parser, const QString &path)
+{
+    QSignalSpy found(&parser, &ExtensionFileParser::extensionFound);
+    parser.parse(path);
+    // The task posts its result before it ends; the event loop then delivers it.
+    QThreadPool::globalInstance()->waitForDone();
+    QCoreApplication::processEvents();
+    QList<ExtType::Plugin> result;
+    for (const QList<QVariant> &arguments : qAsConst(found))
+        result << arguments.first().value<ExtType::Plugin>();
+    return result;
+}
+
+} // namespace
+
+class tst_ExtensionStore : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void init();
+    void cleanup();
+    void storeAndReparse();
+    void twoPlugins();
+    void refusedRecords();
+    void outerStructureOnly();
+    void brokenFiles();
+    void unusableStore();
+    void readOnlyStore();
+};
+
+void tst_ExtensionStore::initTestCase()
+{
+    ExtType::registerMetaTypes();
+    qInstallMessageHandler(captureMessage);
+}
+
+void tst_ExtensionStore::init()
+{
+    QDir(appDir() + "/plugins").removeRecursively();
+    QDir(appDir() + "/config").removeRecursively();
+    clearLog();
+}
+
+void tst_ExtensionStore::cleanup()
+{
+    QThreadPool::globalInstance()->waitForDone();
+    QVERIFY2(logged("still in use").isEmpty(), qPrintable(logged("still in use").join('\n')));
+    QVERIFY(logged("duplicate connection").isEmpty());
+}
+
+void tst_ExtensionStore::storeAndReparse()
+{
+    // Both spellings name one type, so string-based and queued connections agree.
+    for (const char *name : {"PointList", "DataList", "Plugin"})
+        QCOMPARE(QMetaType::type(QByteArray("ExtType::") + name),
+                 QMetaType::type(QByteArray("ExtensionSystem::ExtType::") + name));
+    QCOMPARE(QMetaType::type("ExtType::Plugin"), qMetaTypeId<ExtType::Plugin>());
+    QVERIFY(QVariant::fromValue(QList<QVariantHash>{{{"k", 1}}}).canConvert<QVariantList>());
+    QCOMPARE(QMetaType::type("QVariantHashList"), qMetaTypeId<QList<QVariantHash>>());
+
+    // A locale that cannot encode the text must not turn it into character references.
+    const auto restoreCodec = qScopeGuard([codec = QTextCodec::codecForLocale()] { QTextCodec::setCodecForLocale(codec); });
+    QTextCodec::setCodecForLocale(QTextCodec::codecForName("ISO-8859-1"));
+    const QString title = QString::fromUtf8("Grüße, 日本語 ✓ Ωmega");
+    const QString path = writeExtension("alpha", QString(
+        "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<Plugin id=\"alpha\">"
+        "<ExtPointSet><ExtPoint id=\"alpha.point\" name=\"Point\"><Inner x=\"1\"/></ExtPoint>"
+        "<ExtPoint name=\"no id\"/></ExtPointSet>"
+        "<ExtDataSet><ExtData id=\"alpha.point\" plugin=\"alpha\" extPlugin=\"alpha\" title=\"%1\">%1</ExtData>"
+        "</ExtDataSet></Plugin>").arg(title));
+    QVERIFY(!path.isEmpty());
+
+    auto store = std::make_unique<ExtensionStorage>(PluginFrameworkConfig::configDir(), nullptr);
+    QVERIFY(QFile::exists(storePath()));
+    const auto tables = rows("SELECT name, sql FROM sqlite_master WHERE type = 'table' AND name LIKE 'tbl_%' ORDER BY name");
+    QCOMPARE(tables.size(), 3);
+    QCOMPARE(tables.at(0).at(0), QString("tbl_extdata"));
+    QCOMPARE(tables.at(2).at(1), QString("CREATE TABLE `tbl_plugin` (`plug_id`\tINTEGER PRIMARY KEY AUTOINCREMENT UNIQUE,"
+                                         "`plug_symbolic`\tTEXT,`plug_filepath`\tTEXT,`plug_md5`\tTEXT)"));
+
+    auto parser = std::make_unique<ExtensionFileParser>(store.get(), nullptr);
+    QVERIFY(QObject::connect(parser.get(), SIGNAL(extensionFound(ExtType::Plugin)), store.get(),
+                             SLOT(writeExtensionPlugin(ExtType::Plugin))));
+    QSignalSpy spy(parser.get(), &ExtensionFileParser::extensionFound);
+    QVERIFY(parser->parse(path));
+    QTRY_COMPARE(spy.size(), 1);
+    const auto record = spy.first().first().value<ExtType::Plugin>();
+    QCOMPARE(record.symbolic, QString("alpha"));
+    QCOMPARE(record.filepath, QString("/plugins/alpha/extension.xml"));
+    QCOMPARE(record.points.size(), 1);
+
+    // Directory, size and time, not the content.
+    const QFileInfo info(path);
+    const QByteArray pieces = "/plugins/alpha" + QByteArray::number(info.size())
+        + info.lastModified().toString("yyyy-MM-dd hh:mm:ss-zzz").toUtf8();
+    QCOMPARE(record.md5, QString(QCryptographicHash::hash(pieces, QCryptographicHash::Sha1).toHex()));
+
+    QCOMPARE(rows("SELECT plug_symbolic, plug_filepath, plug_md5 FROM tbl_plugin"),
+             QList<QStringList>({{"alpha", "/plugins/alpha/extension.xml", record.md5}}));
+    QCOMPARE(count("tbl_extpoint"), 1);
+    QCOMPARE(count("tbl_extdata"), 1);
+
+    QVERIFY(store->extensionTexts("alpha", "alpha.point").isEmpty()); // nothing active yet
+    store->setActivePlugins({"alpha"});
+    const QStringList texts = store->extensionTexts(" alpha ", "alpha.point");
+    QCOMPARE(texts.size(), 1);
+    QVERIFY(texts.first().contains(" title=\"" + title + "\""));
+    QVERIFY(texts.first().contains(">" + title + "</ExtData>"));
+    QCOMPARE(store->extensionTextsOfFile("/plugins/alpha/extension.xml").values("alpha.point"), texts);
+
+    // Unchanged, also against a digest in capitals: no task. An edit of the same size
+    // under the same time passes unseen.
+    const int runs = logged("ExtensionFileParseTask::run()").size();
+    QVERIFY(!parser->parse(path));
+    ExtType::Plugin upper = record;
+    upper.md5 = upper.md5.toUpper();
+    store->writeExtensionPlugin(upper);
+    QVERIFY(!parser->parse(path));
+    const QDateTime modified = info.lastModified();
+    writeExtension("alpha", QString(int(info.size()), QLatin1Char(' ')).replace(0, 10, "<Plugin/> "));
+    setModified(path, modified);
+    QVERIFY(!parser->parse(path));
+    QThreadPool::globalInstance()->waitForDone();
+    QCOMPARE(logged("ExtensionFileParseTask::run()").size(), runs);
+
+    // Touched: read again, and the rows are replaced, not added.
+    writeExtension("alpha", "<Plugin id=\"alpha\"><ExtDataSet>" + texts.first() + "</ExtDataSet></Plugin>");
+    setModified(path, modified.addSecs(5));
+    const auto found = parseAndWait(*parser, path);
+    QCOMPARE(found.size(), 1);
+    QCOMPARE(rows("SELECT plug_md5 FROM tbl_plugin"), QList<QStringList>({{found.first().md5}}));
+    QCOMPARE(count("tbl_extdata"), 1);
+
+    // A second start on the same file finds its rows and changes nothing.
+    parser.reset();
+    store.reset();
+    store = std::make_unique<ExtensionStorage>(PluginFrameworkConfig::configDir(), nullptr);
+    QCOMPARE(count("tbl_plugin"), 1);
+    QString symbolic, digest;
+    QVERIFY(store->pluginRecord("/plugins/alpha/extension.xml", symbolic, digest));
+    QCOMPARE(digest, found.first().md5);
+    QVERIFY(store->activePlugins().isEmpty());
+
+    // A store made while another lives takes the default connection over, as Qt warns;
+    // the older one, destroyed later, must leave the newer one working.
+    ExtensionStorage newer(PluginFrameworkConfig::configDir(), nullptr);
+    store.reset();
+    QVERIFY(newer.pluginRecord("/plugins/alpha/extension.xml", symbolic, digest));
+    QCOMPARE(logged("duplicate connection").size(), 1);
+    clearLog();
+}
+
+void tst_ExtensionStore::twoPlugins()
+{
+    const QString pathA = writeExtension("A", "<Plugin id=\"A\"><ExtPointSet><ExtPoint id=\"shared.point\"/></ExtPointSet>"
+        "<ExtDataSet><ExtData id=\"B.point\" plugin=\"A\" extPlugin=\"B\"/></ExtDataSet></Plugin>");
+    const QString pathB = writeExtension("B", "<Plugin id=\"B\"><ExtPointSet><ExtPoint id=\"B.point\"/>"
+        "<ExtPoint id=\"shared.point\"/></ExtPointSet>"
+        "<ExtDataSet><ExtData id=\"B.point\" plugin=\"B\" extPlugin=\"B\"/></ExtDataSet></Plugin>");
+    Rig rig;
+    ExtensionStorage &store = rig.store;
+    ExtensionFileParser &parser = rig.parser;
+    QCOMPARE(parseAndWait(parser, pathA).size(), 1);
+    QCOMPARE(parseAndWait(parser, pathB).size(), 1);
+
+    // The second owner of a point id is refused that row; its data still counts.
+    QCOMPARE(rows("SELECT ep_id, ep_plugin FROM tbl_extpoint ORDER BY ep_id"),
+             QList<QStringList>({{"B.point", "B"}, {"shared.point", "A"}}));
+    QCOMPARE(count("tbl_extdata"), 2);
+
+    // By point, the active list filters the supplier; by file, the declarer.
+    store.setActivePlugins({"A"});
+    QCOMPARE(store.extensionTexts("B", "B.point").size(), 1);
+    QVERIFY(store.extensionTexts("B", "B.point").first().contains("plugin=\"A\""));
+    QVERIFY(store.extensionTextsOfFile(relative(pathA)).isEmpty());
+    store.setActivePlugins({});
+    store.updateActivePlugin("B", true);
+    store.updateActivePlugin("B", true);
+    store.updateActivePlugin("A", false);
+    store.updateActivePlugin("", true);
+    QCOMPARE(store.activePlugins(), QStringList({"B"}));
+    QVERIFY(store.extensionTexts("B", "B.point").first().contains("plugin=\"B\""));
+    QCOMPARE(store.extensionTextsOfFile(relative(pathA)).keys(), QStringList({"B.point"}));
+    QVERIFY(store.extensionTexts("B", "").isEmpty());
+
+    // A's file changes: every row of tbl_plugin takes A's new digest.
+    writeExtension("A", "<Plugin id=\"A\"><ExtDataSet><ExtData id=\"B.point\" plugin=\"A\" extPlugin=\"B\"/>"
+                        "<ExtData id=\"x\" plugin=\"A\" extPlugin=\"B\"/></ExtDataSet></Plugin>");
+    const auto changed = parseAndWait(parser, pathA);
+    QCOMPARE(changed.size(), 1);
+    QCOMPARE(rows("SELECT plug_md5 FROM tbl_plugin"), QList<QStringList>({{changed.first().md5}, {changed.first().md5}}));
+    QCOMPARE(count("tbl_extdata", "ed_plugin = 'A'"), 2);
+    QCOMPARE(count("tbl_extpoint", "ep_plugin = 'A'"), 0);
+
+    // The two-statement removal is refused by the driver and removes nothing.
+    store.removeExtensions("B");
+    QCOMPARE(count("tbl_extdata", "ed_plugin = 'B'"), 1);
+    QCOMPARE(count("tbl_extpoint", "ep_plugin = 'B'"), 1);
+    QCOMPARE(parseAndWait(parser, pathB).size(), 1); // its digest was overwritten
+}
+
+void tst_ExtensionStore::refusedRecords()
+{
+    Rig rig;
+    ExtensionFileParser &parser = rig.parser;
+
+    // The quote breaks the unbound INSERT: nothing of the file is kept, so it is read again.
+    const QString quoted = writeExtension("quoted", "<Plugin id=\"o'neil\"><ExtPointSet><ExtPoint id=\"q\"/></ExtPointSet>"
+        "<ExtDataSet><ExtData id=\"q\" plugin=\"o'neil\" extPlugin=\"o'neil\"/></ExtDataSet></Plugin>");
+    QCOMPARE(parseAndWait(parser, quoted).size(), 1);
+    QVERIFY(!logged("[DB] > writeExtensionPlugin: \"o'neil\"").isEmpty());
+    QCOMPARE(count("tbl_plugin") + count("tbl_extpoint") + count("tbl_extdata"), 0);
+    QCOMPARE(parseAndWait(parser, quoted).size(), 1);
+
+    // No root id: the record comes, without points, and the store ignores it.
+    const QString anonymous = writeExtension("anonymous", "<Plugin><ExtPointSet><ExtPoint id=\"p\"/></ExtPointSet>"
+        "<ExtDataSet><ExtData id=\"p\" plugin=\"a\" extPlugin=\"b\"/></ExtDataSet></Plugin>");
+    const auto record = parseAndWait(parser, anonymous);
+    QCOMPARE(record.size(), 1);
+    QVERIFY(record.first().symbolic.isEmpty());
+    QVERIFY(record.first().points.isEmpty());
+    QCOMPARE(record.first().data.size(), 1);
+    QCOMPARE(count("tbl_plugin") + count("tbl_extdata"), 0);
+
+    // A bare root is still a plug-in row.
+    QCOMPARE(parseAndWait(parser, writeExtension("bare", "<plugin id=\"bare\"/>")).size(), 1);
+    QCOMPARE(rows("SELECT plug_symbolic FROM tbl_plugin"), QList<QStringList>({{"bare"}}));
+}
+
+void tst_ExtensionStore::outerStructureOnly()
+{
+    const QString path = writeExtension("shape", "<PLUGIN id=\" a \">"
+        "<ExtPointSet><ExtPoint id=\" p1 \" name=\" Name \" description=\"D\" plugin=\"other\"><Sub k=\"v\"/></ExtPoint>"
+        "<ExtPoint name=\"no id\"/><Group><ExtPoint id=\"nested\"/></Group></ExtPointSet>"
+        "<ExtData id=\"under.root\" plugin=\"a\" extPlugin=\"a\"/>"
+        "<ExtDataSet><ExtData id=\"d1\" plugin=\"a\" extPlugin=\"b\"/><ExtData id=\"d\" plugin=\"a\"/></ExtDataSet>"
+        "<extpointset><ExtPoint id=\"lower\"/></extpointset>"
+        "<ExtDataSet><ExtData id=\"d2\" plugin=\" a\" extPlugin=\"b \"/></ExtDataSet></PLUGIN>");
+    ExtensionFileParseTask task(path, nullptr);
+    QSignalSpy found(&task, &ExtensionFileParseTask::extensionFound);
+    task.run();
+    QCOMPARE(found.size(), 1);
+    const auto plugin = found.first().first().value<ExtType::Plugin>();
+    QCOMPARE(plugin.symbolic, QString("a"));
+    QCOMPARE(plugin.points.size(), 1);
+    const ExtType::Point point = plugin.points.first();
+    QCOMPARE(QStringList({point.id, point.name, point.plugin, point.description}), QStringList({"p1", "Name", "a", "D"}));
+    QDomDocument text;
+    QVERIFY(text.setContent(point.data));
+    QCOMPARE(text.documentElement().firstChildElement("Sub").attribute("k"), QString("v"));
+    QCOMPARE(plugin.data.size(), 2);
+    QCOMPARE(QStringList({plugin.data.at(0).point, plugin.data.at(1).point}), QStringList({"d1", "d2"}));
+    QCOMPARE(QStringList({plugin.data.at(1).plugin, plugin.data.at(1).extPlugin}), QStringList({"a", "b"}));
+
+    const QString wrongRoot = writeExtension("wrong", "<Plugins id=\"a\"/>");
+    ExtensionFileParseTask refused(wrongRoot, nullptr);
+    QSignalSpy errors(&refused, &ExtensionFileParseTask::errorOccured);
+    QSignalSpy none(&refused, &ExtensionFileParseTask::extensionFound);
+    refused.run();
+    QCOMPARE(errors.size(), 1);
+    QCOMPARE(errors.first().first().toString(), "Cannot find the plugin node in extension file: " + wrongRoot);
+    QCOMPARE(none.size(), 0);
+}
+
+void tst_ExtensionStore::brokenFiles()
+{
+    Rig rig;
+    ExtensionFileParser &parser = rig.parser;
+
+    QString big = "<Plugin id=\"big\"><ExtDataSet>";
+    for (int i = 0; i < 20000; ++i)
+        big += QString("<ExtData id=\"p%1\" plugin=\"big\" extPlugin=\"big\"><Item text=\"%2\"/></ExtData>\n")
+                   .arg(i).arg(QString(120, QLatin1Char('x')));
+    big += "</ExtDataSet></Plugin>";
+    QVERIFY(big.size() > 3000000);
+    const QString bigPath = writeExtension("big", big.left(big.size() / 2));
+    QVERIFY(parseAndWait(parser, bigPath).isEmpty());
+    const QString malformed = writeExtension("malformed", "<Plugin id=\"m\"><ExtDataSet></Plugin>");
+    QVERIFY(parseAndWait(parser, malformed).isEmpty());
+    QCOMPARE(count("tbl_plugin"), 0);
+    QCOMPARE(logged("Invalid file format, File: " + malformed + " > Line: 1, Column: ").size(), 1);
+    QCOMPARE(logged("Invalid file format, File: " + bigPath).size(), 1);
+
+    writeExtension("big", big);
+    QCOMPARE(parseAndWait(parser, bigPath).size(), 1);
+    QCOMPARE(count("tbl_extdata"), 20000);
+
+    // A file gone before its task runs, and one gone before parse.
+    const QString vanishing = writeExtension("vanishing", "<Plugin id=\"v\"/>");
+    ExtensionFileParseTask task(vanishing, nullptr);
+    QSignalSpy errors(&task, &ExtensionFileParseTask::errorOccured);
+    QVERIFY(QFile::remove(vanishing));
+    task.run();
+    QCOMPARE(errors.size(), 1);
+    QCOMPARE(errors.first().first().toString(), "File: '" + vanishing + "' not exists");
+    QVERIFY(!parser.parse(vanishing));
+    QVERIFY(!parser.parse(QString()));
+}
+
+void tst_ExtensionStore::unusableStore()
+{
+    const ExtType::Plugin plugin{"p", "/plugins/p/extension.xml", "abc", {}, {{"pt", "p", "p", "<ExtData/>"}}};
+    QTemporaryDir temp;
+    QVERIFY(temp.isValid());
+    {
+        // Configuration directory below a regular file: the working directory takes over.
+        const auto restoreCurrent = qScopeGuard([previous = QDir::currentPath()] { QDir::setCurrent(previous); });
+        QVERIFY(QDir::setCurrent(temp.path()));
+        QFile blocker(temp.filePath("blocker"));
+        QVERIFY(blocker.open(QIODevice::WriteOnly));
+        blocker.close();
+        {
+            ExtensionStorage store(QDir(temp.filePath("blocker/config")), nullptr);
+            store.writeExtensionPlugin(plugin);
+            store.setActivePlugins({"p"});
+            QCOMPARE(store.extensionTexts("p", "pt"), QStringList({"<ExtData/>"}));
+        }
+        QCOMPARE(logged("[Error] > ExtensionStorage: Cannot find the data storage path: \"" + temp.filePath("blocker/config")).size(), 1);
+        QCOMPARE(count("tbl_extdata", QString(), temp.filePath("extension.dat")), 1);
+    }
+    {
+        // A text file where the database should be: every statement fails, quietly.
+        QDir().mkpath(temp.filePath("text"));
+        QFile text(temp.filePath("text/extension.dat"));
+        QVERIFY(text.open(QIODevice::WriteOnly));
+        text.write("not a database\n");
+        text.close();
+        ExtensionStorage store(QDir(temp.filePath("text")), nullptr);
+        store.writeExtensionPlugin(plugin);
+        store.setActivePlugins({"p"});
+        QString symbolic, digest;
+        QVERIFY(!store.pluginRecord(plugin.filepath, symbolic, digest));
+        QVERIFY(store.extensionTexts("p", "pt").isEmpty());
+        QVERIFY(text.open(QIODevice::ReadOnly));
+        QCOMPARE(text.readAll(), QByteArray("not a database\n"));
+    }
+    {
+        // A directory in its place cannot be opened at all.
+        QDir().mkpath(temp.filePath("dir/extension.dat"));
+        ExtensionStorage store(QDir(temp.filePath("dir")), nullptr);
+        QCOMPARE(logged("[ERROR] > Cannot open DB").size(), 1);
+        store.writeExtensionPlugin(plugin);
+        store.setActivePlugins({"p"});
+        QVERIFY(store.extensionTexts("p", "pt").isEmpty());
+        QVERIFY(store.extensionTextsOfFile(plugin.filepath).isEmpty());
+        QCOMPARE(logged("[SQL ERROR] > Open DB Error:").size(), 3);
+    }
+}
+
+#if defined(Q_OS_LINUX)
+// Root writes through file modes; without these capabilities it obeys them.
+static bool setDacOverride(bool on)
+{
+    __user_cap_header_struct header{_LINUX_CAPABILITY_VERSION_3, 0};
+    __user_cap_data_struct data[2] = {};
+    if (syscall(SYS_capget, &header, data) != 0)
+        return false;
+    const quint32 bits = (1u << CAP_DAC_OVERRIDE) | (1u << CAP_DAC_READ_SEARCH);
+    data[0].effective = on ? (data[0].effective | (data[0].permitted & bits)) : (data[0].effective & ~bits);
+    return syscall(SYS_capset, &header, data) == 0;
+}
+#endif
+
+void tst_ExtensionStore::readOnlyStore()
+{
+    const ExtType::Plugin first{"first", "/first.xml", "1", {}, {{"pt", "first", "first", "<A/>"}}};
+    const ExtType::Plugin second{"second", "/second.xml", "2", {}, {{"pt", "second", "first", "<B/>"}}};
+    {
+        ExtensionStorage store(PluginFrameworkConfig::configDir(), nullptr);
+        store.writeExtensionPlugin(first);
+    }
+    QVERIFY(QFile::setPermissions(storePath(), QFile::ReadOwner | QFile::ReadGroup | QFile::ReadOther));
+#if defined(Q_OS_LINUX)
+    struct Restore { ~Restore() { setDacOverride(true); } } restore;
+    if (geteuid() == 0)
+        setDacOverride(false);
+    const int fd = ::open(QFile::encodeName(storePath()).constData(), O_RDWR);
+    if (fd >= 0) {
+        ::close(fd);
+        QSKIP("extension.dat stays writable: running as root without the right to drop CAP_DAC_OVERRIDE");
+    }
+#endif
+    ExtensionStorage store(PluginFrameworkConfig::configDir(), nullptr);
+    store.writeExtensionPlugin(second);
+    store.setActivePlugins({"first", "second"});
+    QCOMPARE(store.extensionTexts("first", "pt"), QStringList({"<A/>"}));
+    QString symbolic, digest;
+    QVERIFY(!store.pluginRecord("/second.xml", symbolic, digest));
+    QVERIFY(store.pluginRecord("/first.xml", symbolic, digest));
+    QCOMPARE(digest, QString("1"));
+}
+
+QTEST_MAIN(tst_ExtensionStore)
+
+#include "tst_extensionstore.moc"
