@@ -1,0 +1,23 @@
+#ifndef EXTENSIONSYSTEM_EXTENSIONHANDLER_P_H
+#define EXTENSIONSYSTEM_EXTENSIONHANDLER_P_H
+
+#include "extensionhandler.h"
+
+#include <object/object_p.h>
+
+namespace ExtensionSystem {
+namespace Internal {
+
+class EXTENSIONSYSTEM_AUTOTEST_EXPORT ExtensionHandlerPrivate : public ObjectPrivate
+{
+public:
+    ExtensionHandlerPrivate();
+    ~ExtensionHandlerPrivate() override;
+
+    ExtensionData *extensionData;
+};
+
+} // namespace Internal
+} // namespace ExtensionSystem
+
+#endif // EXTENSIONSYSTEM_EXTENSIONHANDLER_P_H
