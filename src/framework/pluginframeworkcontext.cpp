@@ -4,6 +4,7 @@
 #include "pluginframeworkconfig.h"
 
 #include <event/eventmanager.h>
+#include <extension/extensionmanager.h>
 #include <plugin/pluginmanager.h>
 
 namespace ExtensionSystem {
@@ -23,6 +24,17 @@ PluginFrameworkContext::PluginFrameworkContext(PluginFramework *framework)
     config = new PluginFrameworkConfig(framework);
     pluginManager = new PluginManager(this, framework);
     eventManager = new EventManager(this, framework);
+    extensionManager = new ExtensionManager(this, framework);
+
+    // Queued: extension files are parsed once the directory scan has returned to the event loop.
+    QObject::connect(pluginManager, &PluginManager::parsingExtensionFile, extensionManager,
+                     &ExtensionManager::parseExtensionFile, Qt::QueuedConnection);
+    QObject::connect(extensionManager, &ExtensionManager::requestStartingPlugin, pluginManager,
+                     QOverload<QString>::of(&PluginManager::start));
+    QObject::connect(extensionManager, &ExtensionManager::requestStoppingPlugin, pluginManager,
+                     QOverload<QString>::of(&PluginManager::stop));
+    QObject::connect(pluginManager, &PluginManager::loadingQueueChanged, extensionManager,
+                     &ExtensionManager::loadingQueueChanged);
 }
 
 PluginFrameworkContext::~PluginFrameworkContext()

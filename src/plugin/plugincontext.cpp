@@ -9,6 +9,7 @@
 #include <event/ipluginlistener.h>
 #include <event/iservicelistener.h>
 #include <event/pluginevent.h>
+#include <extension/extensionmanager.h>
 #include <framework/pluginframeworkcontext.h>
 #include <plugin/plugin.h>
 #include <plugin/pluginmanager.h>
@@ -171,6 +172,26 @@ void PluginContext::setStartupPolicy(PluginFrameworkConfig::StartupPolicy policy
 {
     Q_D(PluginContext);
     d->context->pluginManager->setPluginStartupPolicy(d->nameOrSelf(symbolic), policy);
+}
+
+void PluginContext::registerExtensionPoint(ExtensionPoint *point)
+{
+    d_func()->context->extensionManager->registerExtensionPoint(point);
+}
+
+void PluginContext::unregisterExtensionPoint(const QString &id)
+{
+    d_func()->context->extensionManager->unregisterExtensionPoint(id);
+}
+
+void PluginContext::registerExtensionHandler(ExtensionHandler *handler)
+{
+    d_func()->context->extensionManager->registerExtensionHandler(handler);
+}
+
+void PluginContext::unregisterExtensionHandler(const QString &id)
+{
+    d_func()->context->extensionManager->unregisterExtensionHandler(id);
 }
 
 } // namespace ExtensionSystem

@@ -13,6 +13,8 @@
 namespace ExtensionSystem {
 
 class CustomizedEvent;
+class ExtensionHandler;
+class ExtensionPoint;
 class ICustomizedListener;
 class IExtensionListener;
 class IFrameworkListener;
@@ -66,6 +68,12 @@ public:
     QList<PluginInfo> pluginInfos() const;
     PluginFrameworkConfig::StartupPolicy startupPolicy(const QString &symbolic = QString()) const;
     void setStartupPolicy(PluginFrameworkConfig::StartupPolicy policy, const QString &symbolic = QString());
+
+    // Extensions
+    void registerExtensionPoint(ExtensionPoint *point);
+    void unregisterExtensionPoint(const QString &id);
+    void registerExtensionHandler(ExtensionHandler *handler);
+    void unregisterExtensionHandler(const QString &id);
 
 private:
     Q_DISABLE_COPY(PluginContext)

@@ -1,0 +1,117 @@
+#include "extensionmanager.h"
+#include "extensionmanager_p.h"
+
+#include <event/eventmanager.h>
+#include <extension/extensionfileparser.h>
+#include <extension/extensionpointadmin.h>
+#include <extension/extensionstorage.h>
+#include <extension/exttype.h>
+#include <framework/pluginframeworkconfig.h>
+#include <framework/pluginframeworkcontext.h>
+
+#include <QtCore/QDebug>
+
+namespace ExtensionSystem {
+namespace Internal {
+
+ExtensionManagerPrivate::ExtensionManagerPrivate(PluginFrameworkContext *context)
+    : frameworkContext(context)
+    , extensionPointAdmin(nullptr)
+    , extensionFileParser(nullptr)
+    , extensionStorage(nullptr)
+{
+    // The parse result crosses from the pool thread through a queued signal.
+    ExtType::registerMetaTypes();
+}
+
+ExtensionManagerPrivate::~ExtensionManagerPrivate()
+{
+}
+
+void ExtensionManagerPrivate::initialize()
+{
+    Q_Q(ExtensionManager);
+    extensionStorage = new ExtensionStorage(PluginFrameworkConfig::configDir(), q);
+    extensionFileParser = new ExtensionFileParser(extensionStorage, q);
+    extensionPointAdmin = new ExtensionPointAdmin(frameworkContext, extensionStorage, q);
+    if (frameworkContext && frameworkContext->eventManager)
+        frameworkContext->eventManager->registerListener(QStringLiteral("pluginframework.extensionmanager"), this);
+
+    // The store writes a plug-in's rows before the admin hands the same data to
+    // the points, so that a point registered during the dispatch finds them.
+    QObject::connect(extensionFileParser, &ExtensionFileParser::extensionFound, extensionStorage,
+                     &ExtensionStorage::writeExtensionPlugin);
+    QObject::connect(extensionFileParser, &ExtensionFileParser::extensionFound, extensionPointAdmin,
+                     QOverload<ExtType::Plugin>::of(&ExtensionPointAdmin::dispatchExtensionData));
+    QObject::connect(extensionPointAdmin, &ExtensionPointAdmin::requestStartingPlugin, q,
+                     &ExtensionManager::requestStartingPlugin);
+}
+
+void ExtensionManagerPrivate::pluginChanged(const PluginEvent &event)
+{
+    const int action = event.action();
+    const int previous = event.prevAction();
+    const QString symbolic = event.symbolic();
+    qDebug() << "PluginChanged:" << symbolic << " - state:" << previous << "->" << action;
+    if (symbolic.isEmpty())
+        return;
+    // Resolved and every later state count as present.
+    extensionStorage->updateActivePlugin(symbolic, action > 3);
+}
+
+ExtensionManager::ExtensionManager(PluginFrameworkContext *context, QObject *parent)
+    : QObject(*new ExtensionManagerPrivate(context), parent)
+{
+    Q_D(ExtensionManager);
+    d->initialize();
+}
+
+ExtensionManager::~ExtensionManager()
+{
+}
+
+void ExtensionManager::registerExtensionPoint(ExtensionPoint *point)
+{
+    d_func()->extensionPointAdmin->registerExtensionPoint(point);
+}
+
+void ExtensionManager::unregisterExtensionPoint(const QString &id)
+{
+    d_func()->extensionPointAdmin->unregisterExtensionPoint(id);
+}
+
+void ExtensionManager::registerExtensionHandler(ExtensionHandler *handler)
+{
+    d_func()->extensionPointAdmin->registerExtensionHandler(handler);
+}
+
+void ExtensionManager::unregisterExtensionHandler(const QString &id)
+{
+    d_func()->extensionPointAdmin->unregisterExtensionHandler(id);
+}
+
+ExtensionPointAdmin *ExtensionManager::pointAdmin() const
+{
+    return d_func()->extensionPointAdmin;
+}
+
+ExtensionStorage *ExtensionManager::storage() const
+{
+    return d_func()->extensionStorage;
+}
+
+void ExtensionManager::parseExtensionFile(QString filepath)
+{
+    Q_D(ExtensionManager);
+    // false: nothing to parse (missing or unchanged), so the store's rows are handed out.
+    if (!d->extensionFileParser->parse(filepath))
+        d->extensionPointAdmin->dispatchExtensionData(filepath);
+}
+
+void ExtensionManager::loadingQueueChanged(QStringList loadingQueue)
+{
+    d_func()->extensionStorage->setActivePlugins(loadingQueue);
+}
+
+} // namespace Internal
+} // namespace ExtensionSystem
