@@ -1,0 +1,301 @@
+#include "testsupport.h"
+
+#include <event/eventmanager.h>
+#include <event/extensionevent.h>
+#include <event/iextensionlistener.h>
+#include <extension/extensiondata.h>
+#include <extension/extensionhandler.h>
+#include <extension/extensionmanager.h>
+#include <extension/extensionpoint.h>
+#include <extension/extensionpointadmin.h>
+#include <extension/extensionstorage.h>
+#include <framework/pluginframework.h>
+#include <framework/pluginframework_p.h>
+#include <framework/pluginframeworkcontext.h>
+#include <plugin/plugin.h>
+#include <plugin/pluginmanager.h>
+
+#include <QtTest>
+
+using namespace ExtensionSystem;
+using namespace ExtensionSystem::Internal;
+using namespace TestSupport;
+
+namespace {
+
+PluginFrameworkContext *contextOf(PluginFramework *framework)
+{
+    return static_cast<PluginFrameworkPrivate *>(QObjectPrivate::get(framework))->context;
+}
+
+ExtensionPointAdmin *adminOf(PluginFramework *framework)
+{
+    return contextOf(framework)->extensionManager->pointAdmin();
+}
+
+// Collects the debug output, to tell whether an extension file was parsed.
+QStringList *capturedLog = nullptr;
+QtMessageHandler previousHandler = nullptr;
+void captureMessages(QtMsgType type, const QMessageLogContext &context, const QString &message)
+{
+    if (capturedLog)
+        *capturedLog << message;
+    if (type != QtDebugMsg)
+        previousHandler(type, context, message);
+}
+
+int countContaining(const QStringList &lines, const QString &text)
+{
+    int n = 0;
+    for (const QString &line : lines)
+        n += line.contains(text) ? 1 : 0;
+    return n;
+}
+
+const QString parseTaskLine = QStringLiteral("virtual void ExtensionSystem::Internal::ExtensionFileParseTask::run()");
+
+struct PointEvents : IExtensionListener
+{
+    void extensionChanged(const ExtensionEvent &event) override
+    {
+        events << QStringLiteral("%1:%2:%3").arg(event.action()).arg(event.plugin(), event.pointId());
+    }
+    QStringList events;
+};
+
+class Point : public ExtensionPoint
+{
+public:
+    using ExtensionPoint::ExtensionPoint;
+    QList<ExtensionData *> parseExtensionText(const QStringList &texts) override
+    {
+        QList<ExtensionData *> items;
+        for (const QString &text : texts) {
+            if (text.startsWith(QLatin1String("item:"))) {
+                auto *data = new ExtensionData;
+                data->setData(ExtensionData::IdRole, text.mid(5));
+                data->setData(ExtensionData::PluginRole, QStringLiteral("nobody"));
+                items << data;
+            }
+        }
+        return items;
+    }
+};
+
+class Handler : public ExtensionHandler
+{
+public:
+    using ExtensionHandler::ExtensionHandler;
+    int active(QGenericArgument, QGenericArgument, QGenericArgument, QGenericArgument, QGenericArgument,
+               QGenericArgument, QGenericArgument, QGenericArgument, QGenericArgument, QGenericArgument) override
+    {
+        return ++calls;
+    }
+    void dataChanged(const QString &, const QVariant &) override {}
+    int calls = 0;
+};
+
+} // namespace
+
+class tst_Extensions : public QObject
+{
+    Q_OBJECT
+private slots:
+    void initTestCase()
+    {
+        qRegisterMetaType<PluginEvent>("PluginEvent");
+        // The parse is recognised by its debug line, whatever the environment filters.
+        QLoggingCategory::setFilterRules(QStringLiteral("default.debug=true"));
+        previousHandler = qInstallMessageHandler(captureMessages);
+    }
+    void init()
+    {
+        resetApplicationDirectory();
+        clearPluginLog();
+    }
+    void startOnDemandAcrossTwoRuns();
+    void pointsAndHandlersMeetInEitherOrder();
+    void badInput();
+};
+
+void tst_Extensions::startOnDemandAcrossTwoRuns()
+{
+    deployPlugin(QStringLiteral("ext.host"));
+    const QString supplier = deployPlugin(QStringLiteral("ext.supplier"));
+    QFile::copy(QFileInfo(builtPlugin(QStringLiteral("ext.supplier"))).absolutePath() + QStringLiteral("/extension.xml"),
+                QFileInfo(supplier).absolutePath() + QStringLiteral("/extension.xml"));
+    QStringList log;
+    capturedLog = &log;
+
+    for (int run = 1; run <= 2; ++run) {
+        log.clear();
+        clearPluginLog();
+        PluginFramework framework;
+        auto *manager = framework.findChild<PluginManager *>();
+        framework.init();
+        manager->start(QStringLiteral("ext.host")); // the host only
+        ExtensionPoint *point = adminOf(&framework)->findExtensionPoint(QStringLiteral("test.point"));
+        QVERIFY(point);
+        QTRY_COMPARE(point->childCount(), 1);
+        // Nothing more arrives: the item is made once, however often its text comes.
+        QTest::qWait(50);
+        QCOMPARE(point->childCount(), 1);
+        QCOMPARE(countContaining(log, parseTaskLine), run == 1 ? 1 : 0);
+
+        ExtensionData *data = point->extensionData(QStringLiteral("supplier.action"));
+        QVERIFY(data);
+        QCOMPARE(data->attribute(QStringLiteral("title")).toString(), QStringLiteral("Größe ändern"));
+        QCOMPARE(data->plugin(), QStringLiteral("ext.supplier"));
+        QCOMPARE(manager->find(QStringLiteral("ext.supplier"))->state(), int(PluginInfo::Resolved));
+        QVERIFY(!data->extensionHandler());
+
+        // The call starts the supplier, whose handler receives it.
+        const QString argument = QStringLiteral("run%1").arg(run);
+        QCOMPARE(data->active(Q_ARG(QString, argument)), 0);
+        QCOMPARE(manager->find(QStringLiteral("ext.supplier"))->state(), int(PluginInfo::Active));
+        QCOMPARE(pluginLog(), QStringList({"start:ext.supplier", "active:supplier.action:" + argument}));
+        QVERIFY(data->extensionHandler());
+        // Attached now: the handler's own result comes back.
+        QCOMPARE(data->active(Q_ARG(QString, argument)), 7);
+
+        // Taking the handler away is shown on the item.
+        framework.stop();
+        QVERIFY(!point->parent());
+    }
+    capturedLog = nullptr;
+}
+
+void tst_Extensions::pointsAndHandlersMeetInEitherOrder()
+{
+    QDir().mkpath(pluginsDir());
+    PluginFramework framework;
+    framework.init();
+    ExtensionPointAdmin *admin = adminOf(&framework);
+    PointEvents events;
+    contextOf(&framework)->eventManager->registerListener(QStringLiteral("test"), &events);
+
+    // Handler first: it waits in the admin, then in the point, then meets its item.
+    Handler early(QStringLiteral("one"), QStringLiteral("p"), QStringLiteral("Point.A"), QStringLiteral("host"));
+    admin->registerExtensionHandler(&early);
+    Point a(QStringLiteral("point.a"), QStringLiteral("host"));
+    admin->registerExtensionPoint(&a);
+    QCOMPARE(events.events, QStringList({"1:host:point.a"}));
+    // The case differs and the handler came first: it waits for good.
+    a.updateExtensionText({QStringLiteral("item:one")});
+    QVERIFY(!a.extensionData(QStringLiteral("one"))->extensionHandler());
+
+    // Point first: a handler whose point id differs in case finds it.
+    Handler late(QStringLiteral("one"), QStringLiteral("p"), QStringLiteral("POINT.A"), QStringLiteral("host"));
+    admin->registerExtensionHandler(&late);
+    QCOMPARE(a.extensionData(QStringLiteral("one"))->extensionHandler(), &late);
+
+    // Item first, then handler with the exact id.
+    Point b(QStringLiteral("point.b"), QStringLiteral("host"));
+    admin->registerExtensionPoint(&b);
+    b.updateExtensionText({QStringLiteral("item:two"), QStringLiteral("item:two")});
+    QCOMPARE(b.childCount(), 2);
+    QCOMPARE(b.extensionData(QStringLiteral("two")), static_cast<ExtensionData *>(b.childAt(0)));
+    Handler two(QStringLiteral("two"), QStringLiteral("p"), QStringLiteral("point.b"), QStringLiteral("host"));
+    b.extensionData(QStringLiteral("two"))->active();
+    admin->registerExtensionHandler(&two);
+    QCOMPARE(two.calls, 1); // the stored call was replayed
+    admin->unregisterExtensionHandler(QStringLiteral("two"));
+    QVERIFY(!b.extensionData(QStringLiteral("two"))->extensionHandler());
+    QCOMPARE(b.extensionData(QStringLiteral("two"))->attribute(QStringLiteral("ExtensionHandler")).toString(),
+             QStringLiteral("stop"));
+
+    // Unregistering a point tells it twice and leaves it alive without a parent;
+    // a handler for it then waits again.
+    events.events.clear();
+    admin->unregisterExtensionPoint(QStringLiteral("point.b"));
+    QCOMPARE(events.events, QStringList({"2:host:point.b", "2:host:point.b"}));
+    QVERIFY(!b.parent());
+    QCOMPARE(b.childCount(), 2);
+    Handler again(QStringLiteral("three"), QStringLiteral("p"), QStringLiteral("point.b"), QStringLiteral("host"));
+    admin->registerExtensionHandler(&again);
+    QVERIFY(!again.extensionData());
+    admin->registerExtensionPoint(&b);
+    b.updateExtensionText({QStringLiteral("item:three")});
+    QCOMPARE(again.extensionData(), b.extensionData(QStringLiteral("three")));
+
+    // A start request from an item climbs to the admin.
+    QSignalSpy requests(admin, &ExtensionPointAdmin::requestStartingPlugin);
+    Point c(QStringLiteral("point.c"), QStringLiteral("host"));
+    admin->registerExtensionPoint(&c);
+    c.updateExtensionText({QStringLiteral("item:four")});
+    c.extensionData(QStringLiteral("four"))->active();
+    QCOMPARE(requests.count(), 1);
+    QCOMPARE(requests.at(0).at(0).toString(), QStringLiteral("nobody"));
+
+    contextOf(&framework)->eventManager->unregisterListener(&events);
+    admin->unregisterExtensionPoint(QStringLiteral("point.a"));
+    admin->unregisterExtensionPoint(QStringLiteral("point.b"));
+    admin->unregisterExtensionPoint(QStringLiteral("point.c"));
+}
+
+void tst_Extensions::badInput()
+{
+    QDir().mkpath(pluginsDir());
+    PluginFramework framework;
+    auto *manager = framework.findChild<PluginManager *>();
+    framework.init();
+    ExtensionPointAdmin *admin = adminOf(&framework);
+    QSignalSpy errors(manager, &PluginManager::errorOccured);
+
+    // Empty ids, null pointers and unknown ids are ignored.
+    Point nameless{QString(), QStringLiteral("host")};
+    admin->registerExtensionPoint(&nameless);
+    admin->registerExtensionPoint(nullptr);
+    QCOMPARE(admin->childCount(), 0);
+    admin->registerExtensionHandler(nullptr);
+    Handler noId(QString(), QStringLiteral("p"), QStringLiteral("point.x"), QStringLiteral("host"));
+    admin->registerExtensionHandler(&noId);
+    admin->unregisterExtensionHandler(QStringLiteral("unknown"));
+    admin->unregisterExtensionPoint(QStringLiteral("unknown"));
+
+    // Texts a point cannot read make no items.
+    Point point(QStringLiteral("point.x"), QStringLiteral("host"));
+    admin->registerExtensionPoint(&point);
+    point.updateExtensionText({QStringLiteral("<not xml"), QString()});
+    QCOMPARE(point.childCount(), 0);
+
+    // Handlers destroyed while waiting, in the admin and in the point, are forgotten.
+    {
+        Handler waitingInAdmin(QStringLiteral("w1"), QStringLiteral("p"), QStringLiteral("point.later"),
+                               QStringLiteral("host"));
+        admin->registerExtensionHandler(&waitingInAdmin);
+        Handler waitingInPoint(QStringLiteral("w2"), QStringLiteral("p"), QStringLiteral("point.x"),
+                               QStringLiteral("host"));
+        Handler alsoWaiting(QStringLiteral("w3"), QStringLiteral("p"), QStringLiteral("point.x"),
+                            QStringLiteral("host"));
+        admin->registerExtensionHandler(&waitingInPoint);
+        admin->registerExtensionHandler(&alsoWaiting);
+    }
+    Point later(QStringLiteral("point.later"), QStringLiteral("host"));
+    admin->registerExtensionPoint(&later);
+    point.updateExtensionText({QStringLiteral("item:w2"), QStringLiteral("item:w3")});
+    QVERIFY(!point.extensionData(QStringLiteral("w2"))->extensionHandler());
+    QVERIFY(!point.extensionData(QStringLiteral("w3"))->extensionHandler());
+
+    // A point destroyed while registered leaves nothing behind to follow.
+    auto *doomed = new Point(QStringLiteral("point.doomed"), QStringLiteral("host"));
+    admin->registerExtensionPoint(doomed);
+    Handler onDoomed(QStringLiteral("d"), QStringLiteral("p"), QStringLiteral("point.doomed"), QStringLiteral("host"));
+    admin->registerExtensionHandler(&onDoomed);
+    delete doomed;
+    admin->unregisterExtensionHandler(QStringLiteral("d"));
+    admin->unregisterExtensionPoint(QStringLiteral("point.doomed"));
+    QVERIFY(!admin->findExtensionPoint(QStringLiteral("point.doomed")));
+
+    // A start request for a plug-in nobody installed is reported by the plug-in manager.
+    point.updateExtensionText({QStringLiteral("item:orphan")});
+    QCOMPARE(point.extensionData(QStringLiteral("orphan"))->active(), 0);
+    QCOMPARE(errors.count(), 1);
+    QCOMPARE(errors.at(0).at(0).toInt(), 6);
+
+    admin->unregisterExtensionPoint(QStringLiteral("point.x"));
+    admin->unregisterExtensionPoint(QStringLiteral("point.later"));
+}
+
+QTEST_MAIN(tst_Extensions)
+#include "tst_extensions.moc"
