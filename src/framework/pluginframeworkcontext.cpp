@@ -5,6 +5,7 @@
 
 #include <event/eventmanager.h>
 #include <plugin/pluginmanager.h>
+#include <service/servicemanager.h>
 
 namespace ExtensionSystem {
 namespace Internal {
@@ -23,6 +24,7 @@ PluginFrameworkContext::PluginFrameworkContext(PluginFramework *framework)
     config = new PluginFrameworkConfig(framework);
     pluginManager = new PluginManager(this, framework);
     eventManager = new EventManager(this, framework);
+    serviceManager = new ServiceManager(this, framework);
 }
 
 PluginFrameworkContext::~PluginFrameworkContext()
