@@ -6,6 +6,7 @@
 #include <event/eventmanager.h>
 #include <extension/extensionmanager.h>
 #include <plugin/pluginmanager.h>
+#include <service/servicemanager.h>
 
 namespace ExtensionSystem {
 namespace Internal {
@@ -24,6 +25,7 @@ PluginFrameworkContext::PluginFrameworkContext(PluginFramework *framework)
     config = new PluginFrameworkConfig(framework);
     pluginManager = new PluginManager(this, framework);
     eventManager = new EventManager(this, framework);
+    serviceManager = new ServiceManager(this, framework);
     extensionManager = new ExtensionManager(this, framework);
 
     // Queued: extension files are parsed once the directory scan has returned to the event loop.

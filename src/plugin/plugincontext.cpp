@@ -13,6 +13,10 @@
 #include <framework/pluginframeworkcontext.h>
 #include <plugin/plugin.h>
 #include <plugin/pluginmanager.h>
+#include <service/servicemanager.h>
+#include <service/servicereference.h>
+#include <service/servicereference_p.h>
+#include <service/serviceregistration.h>
 
 namespace ExtensionSystem {
 
@@ -173,6 +177,40 @@ void PluginContext::setStartupPolicy(PluginFrameworkConfig::StartupPolicy policy
     Q_D(PluginContext);
     d->context->pluginManager->setPluginStartupPolicy(d->nameOrSelf(symbolic), policy);
 }
+
+ServiceRegistration PluginContext::registerService(QObject *service, const QStringList &classes,
+                                                   const QHash<QString, QVariant> &properties)
+{
+    Q_D(PluginContext);
+    return d->context->serviceManager->registerService(d->plugin, service, classes, properties);
+}
+
+void PluginContext::unregisterService(const ServiceRegistration &registration)
+{
+    d_func()->context->serviceManager->unregisterService(registration);
+}
+
+QList<ServiceReference> PluginContext::findServiceReferences(const QString &clazz,
+                                                             const QHash<QString, QVariant> &filter) const
+{
+    return d_func()->context->serviceManager->findServiceReferences(clazz, filter);
+}
+
+QObject *PluginContext::getService(const ServiceReference &reference)
+{
+    if (!reference)
+        return nullptr;
+    // Held for the length of the call, whatever the caller does with its own.
+    const ServiceReference held(reference);
+    return ServiceReferencePrivate::get(held)->getService(d_func()->plugin);
+}
+
+void PluginContext::ungetService(const ServiceReference &reference, QObject *service)
+{
+    if (!reference)
+        return;
+    const ServiceReference held(reference);
+    ServiceReferencePrivate::get(held)->ungetService(d_func()->plugin, service);
 
 void PluginContext::registerExtensionPoint(ExtensionPoint *point)
 {

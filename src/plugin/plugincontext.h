@@ -7,8 +7,11 @@
 #include <plugin/plugininfo.h>
 
 #include <QtCore/QDir>
+#include <QtCore/QHash>
 #include <QtCore/QList>
 #include <QtCore/QObject>
+#include <QtCore/QStringList>
+#include <QtCore/QVariant>
 
 namespace ExtensionSystem {
 
@@ -23,6 +26,8 @@ class IPluginListener;
 class IServiceListener;
 class Plugin;
 class PluginMetaData;
+class ServiceReference;
+class ServiceRegistration;
 
 namespace Internal {
 class PluginContextPrivate;
@@ -68,6 +73,16 @@ public:
     QList<PluginInfo> pluginInfos() const;
     PluginFrameworkConfig::StartupPolicy startupPolicy(const QString &symbolic = QString()) const;
     void setStartupPolicy(PluginFrameworkConfig::StartupPolicy policy, const QString &symbolic = QString());
+
+    // Services, filed under this plug-in
+    ServiceRegistration registerService(QObject *service, const QStringList &classes,
+                                        const QHash<QString, QVariant> &properties = QHash<QString, QVariant>());
+    void unregisterService(const ServiceRegistration &registration);
+    QList<ServiceReference> findServiceReferences(
+        const QString &clazz, const QHash<QString, QVariant> &filter = QHash<QString, QVariant>()) const;
+    // Counts the call for this plug-in; a factory makes the object for it.
+    QObject *getService(const ServiceReference &reference);
+    void ungetService(const ServiceReference &reference, QObject *service);
 
     // Extensions
     void registerExtensionPoint(ExtensionPoint *point);

@@ -1,0 +1,14 @@
+#include "iservicefactory.h"
+
+namespace ExtensionSystem {
+
+IServiceFactory::~IServiceFactory()
+{
+}
+
+bool IServiceFactory::sharedPerPlugin()
+{
+    return true;
+}
+
+} // namespace ExtensionSystem
