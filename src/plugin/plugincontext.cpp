@@ -211,6 +211,7 @@ void PluginContext::ungetService(const ServiceReference &reference, QObject *ser
         return;
     const ServiceReference held(reference);
     ServiceReferencePrivate::get(held)->ungetService(d_func()->plugin, service);
+}
 
 void PluginContext::registerExtensionPoint(ExtensionPoint *point)
 {
