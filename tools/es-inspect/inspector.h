@@ -1,0 +1,97 @@
+#ifndef ESINSPECT_INSPECTOR_H
+#define ESINSPECT_INSPECTOR_H
+
+#include <QtCore/QDir>
+#include <QtCore/QHash>
+#include <QtCore/QString>
+#include <QtCore/QStringList>
+
+#include <memory>
+#include <vector>
+
+namespace ExtensionSystem {
+class PluginMetaData;
+}
+
+// One library file below plugins/, as the framework would see it.
+struct PluginRecord
+{
+    enum Refusal { NotRefused, Duplicate, Blacklisted, NotWhitelisted };
+    enum Problem {
+        NoProblem, LoadFailed, NoMetaFile, InvalidMetaFile, NoDependencyLine,
+        // the first of the reasons why the dependencies are not met
+        Unresolved, Cycle, SelfDependency, MissingDependency, IncompatibleVersion,
+        UnresolvedDependency, CapitalisedDependency
+    };
+
+    QString filePath;          // absolute
+    QString relativePath;      // below the application directory
+    QString loadError;         // the loader's message when the library did not load
+    QString resourcePath;      // where the metadata was looked for
+    QStringList foreignResources; // metadata resources the library brought under another name
+    bool activator = false;
+    std::shared_ptr<ExtensionSystem::PluginMetaData> metaData; // null when the library did not load
+    QString symbolic;          // the name the framework files the plug-in under
+    int policy = 0;
+    Refusal refusal = NotRefused;
+    QString duplicateOf;       // relative path of the file that kept the name
+    int queuePosition = -1;    // -1 when it does not resolve
+    Problem problem = NoProblem; // the first thing that keeps it out of the queue
+    QStringList reasons;       // why it does not resolve, in plain words
+
+    bool resolves() const { return queuePosition >= 0; }
+};
+
+// Scans an application directory the way the framework does, computes the load
+// queue with the framework's rules and says why each plug-in outside it is there.
+// Libraries are loaded and their root objects made, since the metadata is a
+// resource inside them; no activator is called and no file is written.
+class Inspector
+{
+public:
+    Inspector(const QDir &applicationDir, const QString &program);
+
+    // The only sub-directory of config/, or an empty string.
+    static QString defaultProgram(const QDir &applicationDir);
+
+    void run();
+
+    QDir applicationDir() const { return m_applicationDir; }
+    QString program() const { return m_program; }
+    QString configFile() const;
+    bool configExists() const;
+    bool loadEnabledPluginOnly() const { return m_loadEnabledPluginOnly; }
+
+    const std::vector<PluginRecord> &plugins() const { return m_plugins; }
+    QStringList queue() const { return m_queue; }
+    QStringList notes() const { return m_notes; }
+    // The plug-in the framework would have filed under this name, or null.
+    const PluginRecord *installed(const QString &symbolic) const;
+    bool allResolve() const;
+
+private:
+    void scan();
+    void load(PluginRecord &record);
+    void readConfiguration();
+    int policy(const QString &symbolic) const;
+    void install(int index);
+    bool resolve(int index);
+    void explain(PluginRecord &record);
+    QStringList successors(const PluginRecord &record) const;
+    QStringList cycleThrough(const QString &symbolic) const;
+    bool reaches(const QString &from, const QString &to) const;
+    QString relative(const QString &path) const;
+
+    QDir m_applicationDir;
+    QString m_program;
+    bool m_loadEnabledPluginOnly = false;
+    QHash<QString, QString> m_policies; // symbolic name to the raw text in config.ini
+    std::vector<PluginRecord> m_plugins;
+    QHash<QString, int> m_installed;
+    QStringList m_queue;
+    QMultiHash<QString, QString> m_waitingFor;
+    QMultiHash<QString, QString> m_waitedBy;
+    QStringList m_notes;
+};
+
+#endif // ESINSPECT_INSPECTOR_H
