@@ -1,0 +1,258 @@
+// The example host: creates the framework, runs init() and start(), prints what
+// the framework made of the plug-ins beside it, activates the extension commands,
+// and quits; stop() then runs through aboutToQuit.
+
+#include "../plugins/common/demo.h"
+
+#include <event/pluginevent.h>
+#include <framework/pluginframework.h>
+#include <plugin/plugincontext.h>
+#include <plugin/plugininfo.h>
+#include <plugin/pluginmanager.h>
+#include <service/servicemanager.h>
+#include <service/serviceproperty.h>
+#include <service/servicereference.h>
+
+#include <QtCore/QCoreApplication>
+#include <QtCore/QDateTime>
+#include <QtCore/QElapsedTimer>
+#include <QtCore/QFile>
+#include <QtCore/QTextStream>
+#include <QtCore/QThreadPool>
+#include <QtCore/QTimer>
+
+#include <algorithm>
+
+using namespace ExtensionSystem;
+
+namespace {
+
+QFile *logFile = nullptr;
+QStringList parsedFiles;
+
+// The framework's debug output goes to demo-host.log; the parse task's line
+// tells which extension files were read in this run.
+void toLogFile(QtMsgType type, const QMessageLogContext &, const QString &message)
+{
+    static const QString parseLine = QStringLiteral("ExtensionSystem::Internal::ExtensionFileParseTask::run() >");
+    const int at = message.indexOf(parseLine);
+    if (at >= 0)
+        parsedFiles << message.mid(at + parseLine.size()).trimmed().remove(QLatin1Char('"'));
+    if (logFile) {
+        logFile->write(message.toUtf8());
+        logFile->write("\n");
+    }
+    if (type != QtDebugMsg && type != QtInfoMsg)
+        QTextStream(stderr) << message << '\n';
+}
+
+QTextStream &out()
+{
+    static QTextStream stream(stdout);
+    return stream;
+}
+
+void heading(const QString &title)
+{
+    out() << '\n' << "== " << title << '\n';
+    out().flush();
+}
+
+QString stateName(int state)
+{
+    switch (state) {
+    case PluginInfo::Uninstalled: return QStringLiteral("Uninstalled");
+    case PluginInfo::Installed: return QStringLiteral("Installed");
+    case PluginInfo::Resolved: return QStringLiteral("Resolved");
+    case PluginInfo::Starting: return QStringLiteral("Starting");
+    case PluginInfo::Stopping: return QStringLiteral("Stopping");
+    case PluginInfo::Active: return QStringLiteral("Active");
+    default: return QStringLiteral("-");
+    }
+}
+
+QString policyName(int policy)
+{
+    switch (policy) {
+    case PluginFrameworkConfig::PolicyDisable: return QStringLiteral("disable");
+    case PluginFrameworkConfig::PolicyEnable: return QStringLiteral("enable");
+    default: return QStringLiteral("undefine");
+    }
+}
+
+void printPlugins(PluginManager *manager)
+{
+    heading(QStringLiteral("Plug-ins"));
+    out() << QStringLiteral("%1 %2 %3 %4 %5\n")
+                 .arg(QStringLiteral("symbolic"), -15)
+                 .arg(QStringLiteral("version"), -8)
+                 .arg(QStringLiteral("state"), -11)
+                 .arg(QStringLiteral("policy"), -9)
+                 .arg(QStringLiteral("dependencies: required version (flag recorded at installation; now)"));
+    const QList<PluginInfo> infos = manager->pluginInfos();
+    for (const PluginInfo &info : infos) {
+        QStringList dependencies;
+        const auto map = info.dependency();
+        for (auto it = map.cbegin(); it != map.cend(); ++it) {
+            // The flag is a snapshot taken before the load queue looked at the plug-in.
+            const bool inQueue = manager->loadQueue().contains(it.key());
+            dependencies << QStringLiteral("%1 %2 (%3; %4)")
+                                .arg(it.key(), it.value().first,
+                                     it.value().second ? QStringLiteral("resolved") : QStringLiteral("not resolved"),
+                                     inQueue ? QStringLiteral("provider in queue") : QStringLiteral("provider missing"));
+        }
+        const bool refused = !manager->find(info.symbolic());
+        out() << QStringLiteral("%1 %2 %3 %4 %5\n")
+                     .arg(info.symbolic(), -15)
+                     .arg(info.version(), -8)
+                     .arg(refused ? QStringLiteral("refused") : stateName(info.currentState()), -11)
+                     .arg(policyName(info.startupPolicy()), -9)
+                     .arg(dependencies.isEmpty() ? QStringLiteral("none") : dependencies.join(QStringLiteral(", ")));
+    }
+    out() << "load queue (start order): " << manager->loadQueue().join(QStringLiteral(" -> ")) << '\n';
+    out().flush();
+}
+
+void printServices(ServiceManager *services)
+{
+    heading(QStringLiteral("Services"));
+    for (const char *clazz : {"demo.IGreeter", "demo.IShell"}) {
+        const QList<ServiceReference> references = services->findServiceReferences(QString::fromLatin1(clazz), {});
+        for (const ServiceReference &reference : references) {
+            const ServiceProperty property = reference.serviceProperty();
+            out() << QStringLiteral("%1 from %2: id %3, ranking %4, factory %5\n")
+                         .arg(QString::fromLatin1(clazz), reference.plugin())
+                         .arg(property.serviceId())
+                         .arg(property.ranking())
+                         .arg(property.isFactory() ? QStringLiteral("yes") : QStringLiteral("no"));
+        }
+        if (references.isEmpty())
+            out() << clazz << ": none\n";
+    }
+    out().flush();
+}
+
+PluginContext *contextOf(PluginFramework *framework, const QString &symbolic)
+{
+    const QList<PluginContext *> contexts = framework->findChildren<PluginContext *>();
+    for (PluginContext *context : contexts) {
+        if (context->symbolic() == symbolic)
+            return context;
+    }
+    return nullptr;
+}
+
+void printCommands(IShell *shell)
+{
+    heading(QStringLiteral("Extension point demo.commands"));
+    const QStringList commands = shell->commands();
+    for (const QString &command : commands) {
+        const QStringList fields = command.split(QLatin1Char('|'));
+        out() << QStringLiteral("%1 \"%2\" from %3, %4\n").arg(fields.value(0), fields.value(1), fields.value(2),
+                                                              fields.value(3));
+    }
+    if (commands.isEmpty())
+        out() << "no items\n";
+    out().flush();
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    QCoreApplication app(argc, argv);
+    // Static: the framework still logs while it is destroyed, after main's locals.
+    static QFile log(QCoreApplication::applicationDirPath() + QStringLiteral("/demo-host.log"));
+    if (log.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Text))
+        logFile = &log;
+    qInstallMessageHandler(toLogFile);
+
+    out() << "ExtensionSystem example host, " << QDateTime::currentDateTime().toString(Qt::ISODate) << '\n'
+          << "plug-ins below " << QCoreApplication::applicationDirPath() << "/plugins\n"
+          << "framework debug output goes to " << log.fileName() << '\n';
+
+    PluginFramework framework;
+    auto *manager = framework.findChild<PluginManager *>();
+    auto *services = framework.findChild<ServiceManager *>();
+    const QMetaObject::Connection errorPrinter =
+        QObject::connect(manager, &PluginManager::errorOccured, [](int error, const QString &text) {
+        out() << "    ! plug-in manager error " << error << ": " << text << '\n';
+        out().flush();
+    });
+    QStringList startedOnDemand;
+    bool onDemand = false;
+    QObject::connect(&framework, &PluginFramework::pluginChanged, [&](const PluginEvent &event) {
+        if (onDemand && event.action() == PluginEvent::Active)
+            startedOnDemand << event.symbolic();
+    });
+
+    heading(QStringLiteral("init() and start()"));
+    framework.init();
+    framework.start();
+
+    // Extension files are read after the scan, on the event loop and a pool thread.
+    PluginContext *shellContext = contextOf(&framework, QStringLiteral("demo.shell"));
+    IShell *shell = nullptr;
+    QObject *shellObject = nullptr;
+    ServiceReference shellReference;
+    const QList<ServiceReference> shells = services->findServiceReferences(QStringLiteral("demo.IShell"), {});
+    if (shellContext && !shells.isEmpty()) {
+        // A host has no context of its own: it calls the shell through the
+        // context of the plug-in that owns it.
+        shellReference = shells.first();
+        shellObject = shellContext->getService(shellReference);
+        shell = qobject_cast<IShell *>(shellObject);
+    }
+    QElapsedTimer waited;
+    waited.start();
+    while (shell && shell->commands().size() < 3 && waited.elapsed() < 5000) {
+        QThreadPool::globalInstance()->waitForDone(50);
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 50);
+    }
+
+    printPlugins(manager);
+    printServices(services);
+    heading(QStringLiteral("Extension files"));
+    if (parsedFiles.isEmpty())
+        out() << "parsed in this run: none (unchanged files come from extension.dat)\n";
+    for (const QString &file : qAsConst(parsedFiles))
+        out() << "parsed in this run: " << file << '\n';
+    out().flush();
+
+    if (shell) {
+        printCommands(shell);
+
+        heading(QStringLiteral("Start on demand"));
+        out() << "stopping demo.export and demo.tools, then activating their commands\n";
+        out().flush();
+        manager->stop(QStringLiteral("demo.export"));
+        manager->stop(QStringLiteral("demo.tools"));
+        onDemand = true;
+        // Last first: demo.export then runs, and hears the customised event the tools send.
+        QStringList commands = shell->commands();
+        std::reverse(commands.begin(), commands.end());
+        for (const QString &command : qAsConst(commands)) {
+            const QString id = command.section(QLatin1Char('|'), 0, 0);
+            out() << "activate " << id << '\n';
+            out().flush();
+            shell->run(id, QStringLiteral("Plug-ins meet here"));
+        }
+        onDemand = false;
+        out() << "started on demand: " << (startedOnDemand.isEmpty() ? QStringLiteral("none")
+                                                                     : startedOnDemand.join(QStringLiteral(", ")))
+              << '\n';
+        printCommands(shell);
+        shellContext->ungetService(shellReference, shellObject);
+    } else {
+        out() << "the shell service is not there: see demo-host.log\n";
+    }
+
+    heading(QStringLiteral("Quit: stop() runs through aboutToQuit, which is connected twice"));
+    out().flush();
+    QTimer::singleShot(0, &app, &QCoreApplication::quit);
+    const int result = app.exec();
+    printPlugins(manager);
+    // The destructor runs the stop sequence once more; its reports go to the log only.
+    QObject::disconnect(errorPrinter);
+    return result;
+}

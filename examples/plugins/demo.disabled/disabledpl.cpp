@@ -1,0 +1,17 @@
+#include "../common/demo.h"
+
+#include <plugin/ipluginactivator.h>
+#include <plugin/plugincontext.h>
+
+// Never started: config.ini puts it on the blacklist.
+class DisabledActivator : public QObject, public ExtensionSystem::IPluginActivator
+{
+    Q_OBJECT
+    Q_PLUGIN_METADATA(IID "extensionsystem.ipluginactivator/1.0")
+    Q_INTERFACES(ExtensionSystem::IPluginActivator)
+public:
+    void start(ExtensionSystem::PluginContext *) override { tell(QStringLiteral("demo.disabled"), QStringLiteral("started?!")); }
+    void stop(ExtensionSystem::PluginContext *) override {}
+};
+
+#include "disabledpl.moc"

@@ -1,0 +1,147 @@
+#include "../common/demo.h"
+
+#include <event/ipluginlistener.h>
+#include <event/pluginevent.h>
+#include <extension/extensiondata.h>
+#include <extension/extensionhandler.h>
+#include <extension/extensionpoint.h>
+#include <plugin/ipluginactivator.h>
+#include <plugin/plugincontext.h>
+#include <service/servicereference.h>
+#include <service/serviceregistration.h>
+
+#include <QtXml/QDomDocument>
+
+using namespace ExtensionSystem;
+
+namespace {
+
+// Items come from <Command id="..." title="..."/> elements inside each ExtData.
+// A text may arrive more than once (from the store and from a dispatch).
+class CommandPoint : public ExtensionPoint
+{
+public:
+    CommandPoint(const QString &plugin) : ExtensionPoint(QStringLiteral("demo.commands"), plugin) {}
+
+    QList<ExtensionData *> parseExtensionText(const QStringList &texts) override
+    {
+        QList<ExtensionData *> items;
+        QStringList ids;
+        for (const QString &text : texts) {
+            QDomDocument document;
+            if (!document.setContent(text))
+                continue;
+            const QDomElement extData = document.documentElement();
+            for (QDomElement command = extData.firstChildElement(QStringLiteral("Command")); !command.isNull();
+                 command = command.nextSiblingElement(QStringLiteral("Command"))) {
+                const QString id = command.attribute(QStringLiteral("id"));
+                if (id.isEmpty() || ids.contains(id) || extensionData(id))
+                    continue;
+                ids << id;
+                auto *item = new ExtensionData;
+                item->setData(ExtensionData::IdRole, id);
+                item->setData(ExtensionData::PluginRole, extData.attribute(QStringLiteral("plugin")));
+                item->setData(ExtensionData::ExtPluginRole, extData.attribute(QStringLiteral("extPlugin")));
+                item->setData(ExtensionData::PointIdRole, this->id());
+                item->setAttribute(QStringLiteral("title"), command.attribute(QStringLiteral("title")));
+                items << item;
+            }
+        }
+        return items;
+    }
+};
+
+class Shell : public QObject, public IShell
+{
+    Q_OBJECT
+    Q_INTERFACES(IShell)
+public:
+    explicit Shell(CommandPoint *point) : point(point) {}
+    QStringList commands() const override
+    {
+        QStringList list;
+        for (int i = 0; i < point->childCount(); ++i) {
+            auto *item = dynamic_cast<ExtensionData *>(point->childAt(i));
+            if (!item)
+                continue;
+            list << QStringLiteral("%1|%2|%3|%4").arg(item->id(), item->attribute(QStringLiteral("title")).toString(),
+                                                     item->plugin(),
+                                                     item->extensionHandler() ? QStringLiteral("handler attached")
+                                                                              : QStringLiteral("no handler yet"));
+        }
+        return list;
+    }
+    int run(const QString &id, const QString &argument) override
+    {
+        ExtensionData *item = point->extensionData(id);
+        if (!item)
+            return -1;
+        // The argument must outlive a deferred call: it is kept until the handler comes.
+        pendingArgument = argument;
+        return item->active(Q_ARG(QString, pendingArgument));
+    }
+    CommandPoint *point;
+    QString pendingArgument;
+};
+
+class StartWatcher : public IPluginListener
+{
+public:
+    void pluginChanged(const PluginEvent &event) override
+    {
+        if (event.action() == PluginEvent::Active)
+            tell(QStringLiteral("demo.shell"), QStringLiteral("plug-in listener: %1 is active").arg(event.symbolic()));
+    }
+};
+
+} // namespace
+
+class ShellActivator : public QObject, public IPluginActivator
+{
+    Q_OBJECT
+    Q_PLUGIN_METADATA(IID "extensionsystem.ipluginactivator/1.0")
+    Q_INTERFACES(ExtensionSystem::IPluginActivator)
+public:
+    void start(PluginContext *context) override
+    {
+        point = new CommandPoint(context->symbolic());
+        context->registerExtensionPoint(point);
+        shell = new Shell(point);
+        registration = context->registerService(shell, {QStringLiteral("demo.IShell")});
+        context->registerPluginListener(&watcher);
+
+        // Consume the greeter: the factory behind it makes one for this plug-in.
+        const QList<ServiceReference> greeters = context->findServiceReferences(QStringLiteral("demo.IGreeter"));
+        if (!greeters.isEmpty()) {
+            greeterReference = greeters.first();
+            greeter = context->getService(greeterReference);
+            if (auto *greeting = qobject_cast<IGreeter *>(greeter))
+                tell(QStringLiteral("demo.shell"), greeting->greet(QStringLiteral("demo.shell")));
+        }
+        tell(QStringLiteral("demo.shell"), QStringLiteral("started: extension point demo.commands is open"));
+    }
+    void stop(PluginContext *context) override
+    {
+        context->unregisterlistener(&watcher);
+        if (greeter)
+            context->ungetService(greeterReference, greeter);
+        greeter = nullptr;
+        registration.unregister();
+        context->unregisterExtensionPoint(QStringLiteral("demo.commands"));
+        delete shell;
+        delete point;
+        shell = nullptr;
+        point = nullptr;
+        tell(QStringLiteral("demo.shell"), QStringLiteral("stopped"));
+    }
+
+private:
+    CommandPoint *point = nullptr;
+    Shell *shell = nullptr;
+    StartWatcher watcher;
+    ServiceRegistration registration;
+    ServiceReference greeterReference;
+    QObject *greeter = nullptr;
+};
+
+#include "shellpl.moc"
