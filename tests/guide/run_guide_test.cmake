@@ -1,0 +1,57 @@
+# Driven by CTest; see CMakeLists.txt beside this file.
+function(run)
+    execute_process(COMMAND ${ARGN} RESULT_VARIABLE rc OUTPUT_VARIABLE out ERROR_VARIABLE err)
+    if(NOT rc EQUAL 0)
+        message(FATAL_ERROR "failed (${rc}): ${ARGN}\n${out}\n${err}")
+    endif()
+    set(last_output "${out}" PARENT_SCOPE)
+endfunction()
+
+file(REMOVE_RECURSE ${ES_WORK})
+file(MAKE_DIRECTORY ${ES_WORK})
+
+# Every block preceded by "<!-- file: path -->" becomes that file. Semicolons are
+# masked while the text goes through CMake lists.
+file(READ ${ES_README} readme)
+string(REPLACE ";" "@SEMICOLON@" readme "${readme}")
+string(REGEX MATCHALL "<!-- file: [^ ]+ -->\n```[a-z]*\n[^`]*```" blocks "${readme}")
+set(count 0)
+foreach(block IN LISTS blocks)
+    string(REGEX REPLACE "^<!-- file: ([^ ]+) -->.*" "\\1" path "${block}")
+    string(REGEX REPLACE "^<!-- file: [^ ]+ -->\n```[a-z]*\n" "" content "${block}")
+    string(REGEX REPLACE "```$" "" content "${content}")
+    string(REPLACE "@SEMICOLON@" ";" content "${content}")
+    file(WRITE ${ES_WORK}/${path} "${content}")
+    math(EXPR count "${count} + 1")
+endforeach()
+if(count LESS 4)
+    message(FATAL_ERROR "expected the guide's four files in README.md, found ${count}")
+endif()
+
+run(${CMAKE_COMMAND} --install ${ES_BUILD_DIR} --prefix ${ES_WORK}/prefix)
+string(REPLACE ";" " " flags "${ES_EXTRA_FLAGS}")
+run(${CMAKE_COMMAND} -S ${ES_WORK}/hello -B ${ES_WORK}/hello-build
+    -DCMAKE_PREFIX_PATH=${ES_WORK}/prefix
+    -DCMAKE_CXX_COMPILER=${ES_CXX_COMPILER}
+    "-DCMAKE_CXX_FLAGS=${flags}"
+    "-DCMAKE_MODULE_LINKER_FLAGS=${flags}")
+run(${CMAKE_COMMAND} --build ${ES_WORK}/hello-build -j2)
+
+# An application directory: the example host, its plug-ins and configuration, and the new plug-in.
+get_filename_component(demo_dir ${ES_HOST} DIRECTORY)
+set(app ${ES_WORK}/app)
+file(MAKE_DIRECTORY ${app})
+file(COPY ${ES_HOST} ${demo_dir}/plugins DESTINATION ${app})
+file(COPY ${demo_dir}/config/es-demo-host/config.ini DESTINATION ${app}/config/es-demo-host)
+file(COPY ${ES_WORK}/hello-build/plugins/guide.hello DESTINATION ${app}/plugins)
+
+get_filename_component(host_name ${ES_HOST} NAME)
+run(${app}/${host_name})
+if(NOT last_output MATCHES "\nguide\\.hello +1\\.0\\.0 +Active ")
+    message(FATAL_ERROR "guide.hello is not active in the host's report:\n${last_output}")
+endif()
+file(READ ${app}/demo-host.log log)
+if(NOT log MATCHES "guide.hello found a greeter from \"demo.core\"")
+    message(FATAL_ERROR "guide.hello did not find the greeter:\n${log}")
+endif()
+message(STATUS "${last_output}")
