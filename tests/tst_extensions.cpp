@@ -66,13 +66,33 @@ class Handler : public ExtensionHandler
 {
 public:
     using ExtensionHandler::ExtensionHandler;
-    int active(QGenericArgument, QGenericArgument, QGenericArgument, QGenericArgument, QGenericArgument,
+    int active(QGenericArgument a0, QGenericArgument, QGenericArgument, QGenericArgument, QGenericArgument,
                QGenericArgument, QGenericArgument, QGenericArgument, QGenericArgument, QGenericArgument) override
     {
+        arguments << (a0.data() ? *static_cast<const int *>(a0.data()) : -1);
         return ++calls;
     }
-    void dataChanged(const QString &, const QVariant &) override {}
+    void dataChanged(const QString &key, const QVariant &value) override { changes << key + '=' + value.toString(); }
     int calls = 0;
+    QList<int> arguments;
+    QStringList changes;
+};
+
+class Item : public ExtensionData
+{
+public:
+    void onExtensionHandlerChanged(ExtensionHandler *current, ExtensionHandler *previous) override
+    {
+        changes << qMakePair(current, previous);
+        ExtensionData::onExtensionHandlerChanged(current, previous);
+    }
+    bool handleEvent(const QHash<QString, QVariant> &event, Object *source) override
+    {
+        events << event.value(QStringLiteral("ext.event.type")).toString();
+        return ExtensionData::handleEvent(event, source);
+    }
+    QList<QPair<ExtensionHandler *, ExtensionHandler *>> changes;
+    QStringList events;
 };
 
 } // namespace
@@ -90,10 +110,70 @@ private slots:
         resetApplicationDirectory();
         clearPluginLog();
     }
+    void dataAndHandlerLink();
     void startOnDemandAcrossTwoRuns();
     void pointsAndHandlersMeetInEitherOrder();
     void badInput();
 };
+
+void tst_Extensions::dataAndHandlerLink()
+{
+    const QString handlerState = QStringLiteral("ExtensionHandler");
+    Item item;
+    Handler first(QStringLiteral("x"), QStringLiteral("p"), QStringLiteral("point"), QStringLiteral("host"));
+    Handler second(QStringLiteral("x"), QStringLiteral("p"), QStringLiteral("point"), QStringLiteral("host"));
+
+    // Without a handler a call waits, one slot only, and asks for the plug-in each time.
+    int one = 1, two = 2;
+    QCOMPARE(item.active(Q_ARG(int, one)), 0);
+    QCOMPARE(item.active(Q_ARG(int, two)), 0);
+    QCOMPARE(item.events, QStringList({"ext.event.type.startPlugin", "ext.event.type.startPlugin"}));
+    item.setExtensionHandler(&first);
+    QCOMPARE(first.arguments, QList<int>({2}));
+    QCOMPARE(first.extensionData(), &item);
+    QVERIFY(!item.attributeContains(handlerState)); // a first attach leaves it absent
+    QCOMPARE(item.active(Q_ARG(int, one)), 2);      // attached: the handler's own result
+
+    // Replacing the handler tells the item once, with the old one, and frees the old one.
+    item.changes.clear();
+    item.setExtensionHandler(&second);
+    QCOMPARE(item.changes.size(), 1);
+    QCOMPARE(item.changes.at(0), qMakePair(static_cast<ExtensionHandler *>(&second),
+                                           static_cast<ExtensionHandler *>(&first)));
+    QVERIFY(!first.extensionData());
+    QCOMPARE(second.extensionData(), &item);
+    QVERIFY(!item.attributeContains(handlerState));
+    QCOMPARE(second.arguments, QList<int>()); // nothing waited: nothing replayed
+
+    // A handler that moves to another item frees the first, which reads "stop".
+    Item other;
+    second.setExtensionData(&other);
+    QVERIFY(!item.extensionHandler());
+    QCOMPARE(other.extensionHandler(), &second);
+    QCOMPARE(item.attribute(handlerState).toString(), QStringLiteral("stop"));
+    item.setExtensionHandler(&first);
+    QCOMPARE(item.attribute(handlerState).toString(), QStringLiteral("start"));
+
+    // Attributes cross the link: the item's changes reach the handler (its
+    // "start" came after the attach), the handler's own writes do not come back to it.
+    QCOMPARE(first.changes, QStringList({"ExtensionHandler=start"}));
+    first.changes.clear();
+    item.setAttribute(QStringLiteral("title"), QStringLiteral("Open"));
+    QCOMPARE(first.changes, QStringList({"title=Open"}));
+    QVERIFY(first.setData(QStringLiteral("title"), QStringLiteral("Close")));
+    QCOMPARE(item.attribute(QStringLiteral("title")).toString(), QStringLiteral("Close"));
+    QCOMPARE(first.changes, QStringList({"title=Open"}));
+    QVERIFY(!Handler(QStringLiteral("free"), {}, {}, {}).setData(QStringLiteral("title"), 1));
+
+    // A destroyed handler leaves its item free.
+    {
+        Handler shortLived(QStringLiteral("x"), QStringLiteral("p"), QStringLiteral("point"), QStringLiteral("host"));
+        other.setExtensionHandler(&shortLived);
+        QVERIFY(!second.extensionData());
+    }
+    QVERIFY(!other.extensionHandler());
+    QCOMPARE(other.attribute(handlerState).toString(), QStringLiteral("stop"));
+}
 
 void tst_Extensions::startOnDemandAcrossTwoRuns()
 {

@@ -113,7 +113,9 @@ void ExtensionData::setExtensionHandler(ExtensionHandler *handler)
     if (previous == handler)
         return;
     d->extensionHandler = handler;
-    if (previous)
+    // Only a handler that still points here is unlinked: one that has moved on
+    // to another item keeps that link.
+    if (previous && previous->extensionData() == this)
         previous->setExtensionData(nullptr);
     if (!handler) {
         // Taking a handler away is told by the attribute alone.

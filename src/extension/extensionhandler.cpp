@@ -90,7 +90,9 @@ void ExtensionHandler::setExtensionData(ExtensionData *data)
     if (previous == data)
         return;
     d->extensionData = data;
-    if (previous)
+    // Only an item that still points here is unlinked: one that already took
+    // another handler keeps it.
+    if (previous && previous->extensionHandler() == this)
         previous->setExtensionHandler(nullptr);
     // Read again: the call above may have run other code.
     if (d->extensionData && d->extensionData->extensionHandler() != this)
