@@ -1,10 +1,21 @@
 #!/usr/bin/env bash
 # Installs what a fresh Debian 12 machine lacks to build and test the library.
 # Quiet and quick when everything is already there.
+#
+#   scripts/setup.sh [fuzz] [valgrind]
+#
+# "fuzz" adds clang with its libFuzzer runtime, "valgrind" adds valgrind.
 set -euo pipefail
 
 required=(cmake g++ qtbase5-dev qtbase5-private-dev libqt5sql5-sqlite)
 optional=(ccache)
+for feature in "$@"; do
+    case "$feature" in
+        fuzz) required+=(clang libclang-rt-14-dev) ;;
+        valgrind) required+=(valgrind) ;;
+        *) echo "setup: unknown feature '$feature'" >&2; exit 2 ;;
+    esac
+done
 
 missing=()
 for pkg in "${required[@]}" "${optional[@]}"; do

@@ -28,6 +28,8 @@ public:
     ~SubscribeHelper() override;
 
     void event(const QSharedDataPointer<EventData> &data) override;
+    // QObject's event handler stays reachable beside the listener's entry.
+    using QObject::event;
 
     bool isValid() const;
     bool operator==(const SubscribeHelper &other) const;

@@ -214,6 +214,10 @@ bool Object::removeChild(int index)
     if (child->d_func()->wasDeleted)
         return false;
     delete child;
+    // A child listed twice here takes its other entries along only when its parent
+    // field names this node; after a direct setParent it does not, and the entries
+    // left would point at freed memory. Only the pointer values are compared.
+    d->children.removeAll(child);
     return true;
 }
 

@@ -1,0 +1,3 @@
+symbolic: cycle.y
+version: 1.0.0
+dependency: cycle.x,1.0.0
