@@ -194,13 +194,11 @@ int main(int argc, char **argv)
     PluginContext *shellContext = contextOf(&framework, QStringLiteral("demo.shell"));
     IShell *shell = nullptr;
     QObject *shellObject = nullptr;
-    ServiceReference shellReference;
     const QList<ServiceReference> shells = services->findServiceReferences(QStringLiteral("demo.IShell"), {});
     if (shellContext && !shells.isEmpty()) {
         // A host has no context of its own: it calls the shell through the
         // context of the plug-in that owns it.
-        shellReference = shells.first();
-        shellObject = shellContext->getService(shellReference);
+        shellObject = shellContext->getService(shells.first());
         shell = qobject_cast<IShell *>(shellObject);
     }
     QElapsedTimer waited;
@@ -242,7 +240,7 @@ int main(int argc, char **argv)
                                                                      : startedOnDemand.join(QStringLiteral(", ")))
               << '\n';
         printCommands(shell);
-        shellContext->ungetService(shellReference, shellObject);
+        shellContext->ungetService(shells.first(), shellObject);
     } else {
         out() << "the shell service is not there: see demo-host.log\n";
     }

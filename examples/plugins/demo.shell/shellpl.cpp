@@ -111,10 +111,9 @@ public:
         context->registerPluginListener(&watcher);
 
         // Consume the greeter: the factory behind it makes one for this plug-in.
-        const QList<ServiceReference> greeters = context->findServiceReferences(QStringLiteral("demo.IGreeter"));
+        greeters = context->findServiceReferences(QStringLiteral("demo.IGreeter"));
         if (!greeters.isEmpty()) {
-            greeterReference = greeters.first();
-            greeter = context->getService(greeterReference);
+            greeter = context->getService(greeters.first());
             if (auto *greeting = qobject_cast<IGreeter *>(greeter))
                 tell(QStringLiteral("demo.shell"), greeting->greet(QStringLiteral("demo.shell")));
         }
@@ -124,8 +123,9 @@ public:
     {
         context->unregisterlistener(&watcher);
         if (greeter)
-            context->ungetService(greeterReference, greeter);
+            context->ungetService(greeters.first(), greeter);
         greeter = nullptr;
+        greeters.clear();
         registration.unregister();
         context->unregisterExtensionPoint(QStringLiteral("demo.commands"));
         delete shell;
@@ -140,7 +140,9 @@ private:
     Shell *shell = nullptr;
     StartWatcher watcher;
     ServiceRegistration registration;
-    ServiceReference greeterReference;
+    // Held in a list: assigning one handle over another would never release the
+    // record the target held.
+    QList<ServiceReference> greeters;
     QObject *greeter = nullptr;
 };
 
