@@ -13,6 +13,12 @@
 #include <QtCore/QStringList>
 #include <QtCore/QVariant>
 
+#include <framework/pluginframework.h>
+#include <framework/pluginframework_p.h>
+#include <framework/pluginframeworkcontext.h>
+
+#include "plugins/src/pluginlog.h"
+
 namespace TestSupport {
 
 inline QString appDir()
@@ -66,12 +72,19 @@ inline void writeFile(const QString &path, const QByteArray &content)
 // What the test plug-ins' activators recorded.
 inline QStringList pluginLog()
 {
-    return qApp->property("es.test.log").toStringList();
+    return qApp->property(ES_TEST_PLUGIN_LOG).toStringList();
 }
 
 inline void clearPluginLog()
 {
-    qApp->setProperty("es.test.log", QStringList());
+    qApp->setProperty(ES_TEST_PLUGIN_LOG, QStringList());
+}
+
+// The framework's managers, which a host reaches only partly.
+inline ExtensionSystem::Internal::PluginFrameworkContext *frameworkContext(ExtensionSystem::PluginFramework *framework)
+{
+    using ExtensionSystem::Internal::PluginFrameworkPrivate;
+    return static_cast<PluginFrameworkPrivate *>(QObjectPrivate::get(framework))->context;
 }
 
 // A minimal compiled translation holding one message.

@@ -20,11 +20,6 @@ using namespace TestSupport;
 
 namespace {
 
-PluginFrameworkContext *contextOf(PluginFramework *framework)
-{
-    return static_cast<PluginFrameworkPrivate *>(QObjectPrivate::get(framework))->context;
-}
-
 class OwnHandler : public ExtensionHandler
 {
 public:
@@ -89,7 +84,7 @@ void tst_ExtensionHandlerAdmin::oneAdminServesAPluginsExtensions()
     auto *manager = framework.findChild<PluginManager *>();
     framework.init();
     manager->start(QStringLiteral("ext.host"));
-    ExtensionPoint *point = contextOf(&framework)->extensionManager->pointAdmin()->findExtensionPoint(
+    ExtensionPoint *point = frameworkContext(&framework)->extensionManager->pointAdmin()->findExtensionPoint(
         QStringLiteral("test.point"));
     QVERIFY(point);
     QTRY_COMPARE(point->childCount(), 2);
@@ -134,7 +129,7 @@ void tst_ExtensionHandlerAdmin::oneAdminServesAPluginsExtensions()
 
     // Asking again for a present id gives the same callback and registers nothing:
     // taken off its item, it stays off.
-    contextOf(&framework)->extensionManager->unregisterExtensionHandler(QStringLiteral("admin.first"));
+    frameworkContext(&framework)->extensionManager->unregisterExtensionHandler(QStringLiteral("admin.first"));
     QVERIFY(!first->extensionHandler());
     QCOMPARE(admin->makeExtensionHandler(QStringLiteral(" admin.first "), QStringLiteral("ext.admin"),
                                          QStringLiteral("ext.host"), QStringLiteral("test.point")),

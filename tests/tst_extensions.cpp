@@ -24,14 +24,9 @@ using namespace TestSupport;
 
 namespace {
 
-PluginFrameworkContext *contextOf(PluginFramework *framework)
-{
-    return static_cast<PluginFrameworkPrivate *>(QObjectPrivate::get(framework))->context;
-}
-
 ExtensionPointAdmin *adminOf(PluginFramework *framework)
 {
-    return contextOf(framework)->extensionManager->pointAdmin();
+    return frameworkContext(framework)->extensionManager->pointAdmin();
 }
 
 struct PointEvents : IExtensionListener
@@ -226,7 +221,7 @@ void tst_Extensions::pointsAndHandlersMeetInEitherOrder()
     framework.init();
     ExtensionPointAdmin *admin = adminOf(&framework);
     PointEvents events;
-    contextOf(&framework)->eventManager->registerListener(QStringLiteral("test"), &events);
+    frameworkContext(&framework)->eventManager->registerListener(QStringLiteral("test"), &events);
 
     // Handler first: it waits in the admin, then in the point, then meets its item.
     Handler early(QStringLiteral("one"), QStringLiteral("p"), QStringLiteral("Point.A"), QStringLiteral("host"));
@@ -281,7 +276,7 @@ void tst_Extensions::pointsAndHandlersMeetInEitherOrder()
     QCOMPARE(requests.count(), 1);
     QCOMPARE(requests.at(0).at(0).toString(), QStringLiteral("nobody"));
 
-    contextOf(&framework)->eventManager->unregisterListener(&events);
+    frameworkContext(&framework)->eventManager->unregisterListener(&events);
     admin->unregisterExtensionPoint(QStringLiteral("point.a"));
     admin->unregisterExtensionPoint(QStringLiteral("point.b"));
     admin->unregisterExtensionPoint(QStringLiteral("point.c"));

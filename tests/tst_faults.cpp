@@ -69,8 +69,7 @@ void clearLog()
 
 ExtensionPointAdmin *adminOf(PluginFramework *framework)
 {
-    auto *d = static_cast<PluginFrameworkPrivate *>(QObjectPrivate::get(framework));
-    return d->context->extensionManager->pointAdmin();
+    return frameworkContext(framework)->extensionManager->pointAdmin();
 }
 
 QString configDirOf(const QString &program)

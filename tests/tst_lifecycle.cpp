@@ -22,8 +22,7 @@ namespace {
 
 EventManager *eventManagerOf(PluginFramework *framework)
 {
-    auto *d = static_cast<PluginFrameworkPrivate *>(QObjectPrivate::get(framework));
-    return d->context->eventManager;
+    return frameworkContext(framework)->eventManager;
 }
 
 struct StateRecorder : IFrameworkListener

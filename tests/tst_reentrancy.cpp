@@ -29,11 +29,6 @@ using namespace TestSupport;
 
 namespace {
 
-PluginFrameworkContext *contextOf(PluginFramework *framework)
-{
-    return static_cast<PluginFrameworkPrivate *>(QObjectPrivate::get(framework))->context;
-}
-
 // Records "name:from->to" of every plug-in event and may act on one.
 struct Listener : IPluginListener
 {
@@ -123,8 +118,8 @@ void tst_Reentrancy::listenerUninstallsDuringDelivery()
         Listener uninstaller;
         uninstaller.trigger = QStringLiteral("chain.c:8->32");
         uninstaller.action = [manager] { manager->uninstall(QStringLiteral("chain.b")); };
-        contextOf(&framework)->eventManager->registerListener(QStringLiteral("test"), &recorder);
-        contextOf(&framework)->eventManager->registerListener(QStringLiteral("test"), &uninstaller);
+        frameworkContext(&framework)->eventManager->registerListener(QStringLiteral("test"), &recorder);
+        frameworkContext(&framework)->eventManager->registerListener(QStringLiteral("test"), &uninstaller);
         QPointer<Plugin> b = manager->find(QStringLiteral("chain.b"));
 
         framework.start();
@@ -151,8 +146,8 @@ void tst_Reentrancy::listenerUninstallsDuringDelivery()
         QCOMPARE(errors.count(), 2);
         QCOMPARE(errors.at(0).at(0).toInt(), 8); // chain.c, resolved
         QCOMPARE(errors.at(1).at(0).toInt(), 3); // chain.b, gone
-        contextOf(&framework)->eventManager->unregisterListener(&recorder);
-        contextOf(&framework)->eventManager->unregisterListener(&uninstaller);
+        frameworkContext(&framework)->eventManager->unregisterListener(&recorder);
+        frameworkContext(&framework)->eventManager->unregisterListener(&uninstaller);
     }
 
     // Uninstalled while it is being started: its activator still runs, but the
@@ -166,7 +161,7 @@ void tst_Reentrancy::listenerUninstallsDuringDelivery()
         Listener recorder;
         recorder.trigger = QStringLiteral("chain.c:4->8");
         recorder.action = [manager] { manager->uninstall(QStringLiteral("chain.c")); };
-        contextOf(&framework)->eventManager->registerListener(QStringLiteral("test"), &recorder);
+        frameworkContext(&framework)->eventManager->registerListener(QStringLiteral("test"), &recorder);
         QPointer<Plugin> c = manager->find(QStringLiteral("chain.c"));
         framework.start();
         QCOMPARE(transitions(QStringLiteral("chain.c"), recorder.events), QStringList({"chain.c:4->8"}));
@@ -177,7 +172,7 @@ void tst_Reentrancy::listenerUninstallsDuringDelivery()
         QTRY_VERIFY(!c);
         framework.stop();
         QCOMPARE(pluginLog().mid(3), QStringList({"stop:chain.b", "stop:chain.a"}));
-        contextOf(&framework)->eventManager->unregisterListener(&recorder);
+        frameworkContext(&framework)->eventManager->unregisterListener(&recorder);
     }
 }
 
@@ -195,7 +190,7 @@ void tst_Reentrancy::pluginsStartPluginsFromStart()
     auto *manager = framework.findChild<PluginManager *>();
     framework.init();
     Listener recorder;
-    contextOf(&framework)->eventManager->registerListener(QStringLiteral("test"), &recorder);
+    frameworkContext(&framework)->eventManager->registerListener(QStringLiteral("test"), &recorder);
     QSignalSpy selfErrors(manager->find(QStringLiteral("starter.self")), &Plugin::errorOccured);
     QSignalSpy pingErrors(manager->find(QStringLiteral("starter.ping")), &Plugin::errorOccured);
     QSignalSpy managerErrors(manager, &PluginManager::errorOccured);
@@ -228,7 +223,7 @@ void tst_Reentrancy::pluginsStartPluginsFromStart()
     for (const QString &name : queue)
         expected << QStringLiteral("stop:") + name;
     QCOMPARE(pluginLog(), expected);
-    contextOf(&framework)->eventManager->unregisterListener(&recorder);
+    frameworkContext(&framework)->eventManager->unregisterListener(&recorder);
 }
 
 void tst_Reentrancy::handlerUsesAnotherExtension()
@@ -243,7 +238,7 @@ void tst_Reentrancy::handlerUsesAnotherExtension()
     QSignalSpy errors(manager, &PluginManager::errorOccured);
     framework.init();
     manager->start(QStringLiteral("ext.host"));
-    ExtensionPointAdmin *admin = contextOf(&framework)->extensionManager->pointAdmin();
+    ExtensionPointAdmin *admin = frameworkContext(&framework)->extensionManager->pointAdmin();
     ExtensionPoint *point = admin->findExtensionPoint(QStringLiteral("test.point"));
     QVERIFY(point);
     QTRY_VERIFY(point->extensionData(QStringLiteral("supplier.action")));

@@ -1,3 +1,5 @@
+#include "pluginlog.h"
+
 #include <extension/extensionhandleradmin.h>
 #include <plugin/ipluginactivator.h>
 #include <plugin/plugincontext.h>
@@ -6,13 +8,6 @@
 #include <QtCore/QVariant>
 
 namespace {
-
-void log(const QString &entry)
-{
-    QStringList entries = qApp->property("es.test.log").toStringList();
-    entries << entry;
-    qApp->setProperty("es.test.log", entries);
-}
 
 // One object behind both extensions of this plug-in, telling them apart by id.
 class AdminHandlers : public ExtensionSystem::ExtensionHandlerAdmin

@@ -1,4 +1,5 @@
 #include "serviceactivator.h"
+#include "pluginlog.h"
 
 #include <plugin/pluginconstance.h>
 #include <plugin/plugincontext.h>
@@ -12,13 +13,6 @@
 using namespace ExtensionSystem;
 
 namespace {
-
-void log(const QString &entry)
-{
-    QStringList entries = qApp->property("es.test.log").toStringList();
-    entries << entry;
-    qApp->setProperty("es.test.log", entries);
-}
 
 QStringList entries(PluginContext *context, const char *key)
 {

@@ -1,4 +1,5 @@
 #include "testactivator.h"
+#include "pluginlog.h"
 
 #include <plugin/plugincontext.h>
 #include <plugin/pluginmetadata.h>
@@ -7,14 +8,6 @@
 #include <QtCore/QVariant>
 
 namespace {
-
-// The test reads what plug-ins did from this application property.
-void log(const QString &entry)
-{
-    QStringList entries = qApp->property("es.test.log").toStringList();
-    entries << entry;
-    qApp->setProperty("es.test.log", entries);
-}
 
 QString option(ExtensionSystem::PluginContext *context, const char *key)
 {
