@@ -154,9 +154,8 @@ void PluginManagerPrivate::pluginStateChanaged(const QString &symbolic, int from
     int index = plugins.size();
     int total = pluginCount;
     if (scanDone) {
-        const QStringList queue = loadQueue->queue();
-        index = queue.indexOf(symbolic);
-        total = queue.size();
+        index = loadQueue->indexOf(symbolic);
+        total = loadQueue->size();
     }
     const PluginEvent event(PluginEvent::Action(to), PluginEvent::Action(from), symbolic,
                             plugin->location().path(), plugin->fileInfo().filePath(), plugin->version(),
