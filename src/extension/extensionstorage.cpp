@@ -63,6 +63,7 @@ void ExtensionStoragePrivate::initialize()
     execute(CREATE_EXTPOINT_TABLE);
     execute(CREATE_EXTDATA_TABLE);
     activePlugins.clear();
+    activeSet.clear();
 }
 
 bool ExtensionStoragePrivate::open()
@@ -278,6 +279,7 @@ void ExtensionStorage::setActivePlugins(const QStringList &plugins)
     if (plugins.isEmpty() || plugins.isSharedWith(d->activePlugins))
         return;
     d->activePlugins = plugins;
+    d->activeSet = QSet<QString>(plugins.cbegin(), plugins.cend());
 }
 
 void ExtensionStorage::updateActivePlugin(const QString &symbolic, bool present)
@@ -286,9 +288,11 @@ void ExtensionStorage::updateActivePlugin(const QString &symbolic, bool present)
     if (symbolic.isEmpty())
         return;
     if (present) {
-        if (!d->activePlugins.contains(symbolic, Qt::CaseSensitive))
+        if (!d->activeSet.contains(symbolic)) {
             d->activePlugins.append(symbolic);
-    } else {
+            d->activeSet.insert(symbolic);
+        }
+    } else if (d->activeSet.remove(symbolic)) {
         d->activePlugins.removeAll(symbolic);
     }
 }
