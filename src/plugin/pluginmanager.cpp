@@ -12,6 +12,8 @@
 #include <QtCore/QFile>
 #include <QtCore/QFileSystemWatcher>
 
+#include <algorithm>
+
 namespace ExtensionSystem {
 
 using namespace Internal;
@@ -20,12 +22,26 @@ namespace {
 
 // The one place that knows what a plug-in library is called on this platform.
 #if defined(Q_OS_WIN)
-const char libraryPattern[] = "*.dll";
+const char librarySuffix[] = ".dll";
 #elif defined(Q_OS_DARWIN)
-const char libraryPattern[] = "*.dylib";
+const char librarySuffix[] = ".dylib";
 #else
-const char libraryPattern[] = "*.so";
+const char librarySuffix[] = ".so";
 #endif
+
+// The files that the name filter "*" + suffix selects, in the directory's
+// order. QDir's name filters build and compile a regular expression for every
+// directory listed, which costs more than loading a small library; a wildcard
+// of this form only asks for the suffix, in any case, as QDir matches it.
+QFileInfoList libraryFiles(const QDir &dir)
+{
+    QFileInfoList files = dir.entryInfoList(QDir::Files);
+    const auto notLibrary = [](const QFileInfo &file) {
+        return !file.fileName().endsWith(QLatin1String(librarySuffix), Qt::CaseInsensitive);
+    };
+    files.erase(std::remove_if(files.begin(), files.end(), notLibrary), files.end());
+    return files;
+}
 
 } // namespace
 
@@ -79,7 +95,7 @@ void PluginManagerPrivate::installDirectory(const QDir &pluginDir)
         const QDir dir(directory.absoluteFilePath());
         qDebug() << " |->" << dir.dirName();
         bool installed = false;
-        const QFileInfoList libraries = dir.entryInfoList(QStringList(QLatin1String(libraryPattern)), QDir::Files);
+        const QFileInfoList libraries = libraryFiles(dir);
         for (const QFileInfo &library : libraries)
             installed = installFile(library);
         // Only the last library of a directory decides whether its extension file is announced.
