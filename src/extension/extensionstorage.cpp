@@ -1,6 +1,8 @@
 #include "extensionstorage.h"
 #include "extensionstorage_p.h"
 
+#include <framework/debugoutput_p.h>
+
 #include <QtCore/QDebug>
 #include <QtCore/QDir>
 #include <QtSql/QSqlError>
@@ -146,7 +148,8 @@ ExtensionStorage::~ExtensionStorage()
 void ExtensionStorage::writeExtensionPlugin(ExtType::Plugin plugin)
 {
     Q_D(ExtensionStorage);
-    qDebug() << "[DB] > writeExtensionPlugin:" << plugin.symbolic;
+    if (debugOutputEnabled())
+        qDebug() << "[DB] > writeExtensionPlugin:" << plugin.symbolic;
     if (plugin.symbolic.isEmpty())
         return;
 

@@ -3,6 +3,7 @@
 
 #include <event/eventmanager.h>
 #include <event/pluginevent.h>
+#include <framework/debugoutput_p.h>
 #include <framework/pluginframeworkcontext.h>
 #include <plugin/plugin.h>
 #include <plugin/pluginloadqueue.h>
@@ -93,7 +94,8 @@ void PluginManagerPrivate::installDirectory(const QDir &pluginDir)
     pluginCount = directories.size();
     for (const QFileInfo &directory : directories) {
         const QDir dir(directory.absoluteFilePath());
-        qDebug() << " |->" << dir.dirName();
+        if (debugOutputEnabled())
+            qDebug() << " |->" << dir.dirName();
         bool installed = false;
         const QFileInfoList libraries = libraryFiles(dir);
         for (const QFileInfo &library : libraries)
@@ -114,7 +116,8 @@ bool PluginManagerPrivate::installFile(const QFileInfo &fileinfo)
         handleError(4, QObject::tr("The specified plugin has been installed, file: %1").arg(fileinfo.filePath()));
         return false;
     }
-    qDebug() << "   |->" << fileinfo.absoluteFilePath();
+    if (debugOutputEnabled())
+        qDebug() << "   |->" << fileinfo.absoluteFilePath();
 
     auto *plugin = new Plugin(fileinfo, context, q);
     const QString symbolic = plugin->symbolic();
@@ -125,7 +128,8 @@ bool PluginManagerPrivate::installFile(const QFileInfo &fileinfo)
     }
 
     const int policy = context->config->pluginStartupPolicy(symbolic);
-    qDebug() << "     |->" << symbolic << ":" << policy;
+    if (debugOutputEnabled())
+        qDebug() << "     |->" << symbolic << ":" << policy;
     // Recorded before the lists are applied: a refused plug-in stays visible with its policy.
     if (plugin->metaData()) {
         pluginInfos.insert(symbolic, PluginInfo(plugin->metaData(), plugin->state(), true,
@@ -159,8 +163,10 @@ bool PluginManagerPrivate::installFile(const QFileInfo &fileinfo)
 void PluginManagerPrivate::pluginStateChanaged(const QString &symbolic, int from, int to)
 {
     Plugin *plugin = plugins.value(symbolic);
-    qDebug() << "void ExtensionSystem::Internal::PluginManagerPrivate::pluginStateChanaged(const QString&, int, int)"
-             << ">" << symbolic << plugin << "- state:" << from << "->" << to;
+    if (debugOutputEnabled()) {
+        qDebug() << "void ExtensionSystem::Internal::PluginManagerPrivate::pluginStateChanaged(const QString&, int, int)"
+                 << ">" << symbolic << plugin << "- state:" << from << "->" << to;
+    }
     if (!plugin)
         return;
     auto info = pluginInfos.find(symbolic);
@@ -185,7 +191,8 @@ void PluginManagerPrivate::startStep(Plugin *plugin)
         handleError(3, QObject::tr("Cannot start plugin, that is invalid"));
         return;
     }
-    qDebug() << "PluginManager::Start >" << plugin->symbolic() << ":" << plugin->state();
+    if (debugOutputEnabled())
+        qDebug() << "PluginManager::Start >" << plugin->symbolic() << ":" << plugin->state();
     if (plugin->state() == PluginInfo::Active)
         return;
     if (plugin->state() > 3) {
@@ -319,7 +326,8 @@ void PluginManager::start()
 {
     Q_D(PluginManager);
     const QStringList queue = d->loadQueue->queue();
-    qDebug() << "START:" << queue;
+    if (debugOutputEnabled())
+        qDebug() << "START:" << queue;
     for (const QString &name : queue) {
         Plugin *plugin = d->plugins.value(name);
         if (plugin && plugin->state() == PluginInfo::Resolved)
