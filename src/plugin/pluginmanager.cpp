@@ -147,8 +147,9 @@ bool PluginManagerPrivate::installFile(const QFileInfo &fileinfo)
         return false;
     }
 
-    QObject::connect(plugin, SIGNAL(stateChanged(const QString &, int, int)),
-                     q, SLOT(pluginStateChanaged(const QString &, int, int)));
+    // By member pointers: the same direct connection without looking both
+    // signatures up by name, once per plug-in.
+    QObject::connect(plugin, &Plugin::stateChanged, q, &PluginManager::pluginStateChanaged);
     pluginFiles.insert(fileinfo.filePath(), plugin);
     plugins.insert(symbolic, plugin);
     loadQueue->add(plugin);
