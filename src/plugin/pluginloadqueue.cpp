@@ -5,6 +5,7 @@
 #include <plugin/plugininfo.h>
 #include <plugin/pluginmanager.h>
 #include <plugin/pluginmetadata.h>
+#include <plugin/pluginmetadata_p.h>
 
 #include <algorithm>
 
@@ -31,7 +32,9 @@ bool PluginLoadQueue::resolve(Plugin *plugin)
     const QString self = plugin->symbolic();
     // Resolution flags live on the plug-in's own metadata, which only the queue changes.
     auto *metaData = const_cast<PluginMetaData *>(plugin->metaData());
-    const QList<PluginDependency> dependencies = metaData->dependencies();
+    // Read in place: dependencies() copies every entry, and each copy works its
+    // version key out again. Marking one resolved changes no entry but its flag.
+    const QMap<QString, PluginDependency> &dependencies = PluginMetaDataPrivate::get(metaData)->dependencies;
 
     if (!dependencies.isEmpty() && !metaData->dependencyResolved()) {
         for (const PluginDependency &dependency : dependencies) {
