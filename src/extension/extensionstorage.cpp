@@ -85,8 +85,10 @@ int ExtensionStoragePrivate::execute(const QString &sql)
 
     db.transaction();
     QSqlQuery query(db);
+    // exec() runs the statement just prepared; exec(sql) would have SQLite
+    // parse the same text a second time.
     if (query.prepare(sql))
-        query.exec(sql);
+        query.exec();
     int result = query.numRowsAffected();
     if (sql.startsWith(QLatin1String("insert"), Qt::CaseInsensitive) && result >= 1)
         result = query.lastInsertId().toInt();
@@ -104,7 +106,7 @@ int ExtensionStoragePrivate::query(const QString &sql, QList<QSqlRecord> &record
     QSqlQuery query(db);
     query.setForwardOnly(true);
     if (query.prepare(sql))
-        query.exec(sql);
+        query.exec(); // the prepared statement, not a second parse of the text
     while (query.next())
         records.append(query.record());
     const int result = records.size();
