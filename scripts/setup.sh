@@ -5,6 +5,11 @@ set -euo pipefail
 
 required=(cmake g++ qtbase5-dev qtbase5-private-dev libqt5sql5-sqlite)
 optional=(ccache)
+# The benchmarks compare with KCoreAddons; its headers and library are installed
+# only when benchmarks are asked for (ES_WITH_BENCHMARKS=1 or --benchmarks).
+if [ "${ES_WITH_BENCHMARKS:-0}" = 1 ] || [ "${1:-}" = "--benchmarks" ]; then
+    optional+=(libkf5coreaddons-dev)
+fi
 
 missing=()
 for pkg in "${required[@]}" "${optional[@]}"; do
