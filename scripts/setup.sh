@@ -2,9 +2,10 @@
 # Installs what a fresh Debian 12 machine lacks to build and test the library.
 # Quiet and quick when everything is already there.
 #
-#   scripts/setup.sh [fuzz] [valgrind]
+#   scripts/setup.sh [fuzz] [valgrind] [benchmarks]
 #
-# "fuzz" adds clang with its libFuzzer runtime, "valgrind" adds valgrind.
+# "fuzz" adds clang with its libFuzzer runtime, "valgrind" adds valgrind,
+# "benchmarks" the KCoreAddons headers the benchmarks compare with.
 set -euo pipefail
 
 required=(cmake g++ qtbase5-dev qtbase5-private-dev libqt5sql5-sqlite)
@@ -13,9 +14,15 @@ for feature in "$@"; do
     case "$feature" in
         fuzz) required+=(clang libclang-rt-14-dev) ;;
         valgrind) required+=(valgrind) ;;
+        benchmarks) required+=(libkf5coreaddons-dev) ;;
         *) echo "setup: unknown feature '$feature'" >&2; exit 2 ;;
     esac
 done
+# The benchmarks compare with KCoreAddons; it is installed only when benchmarks are
+# asked for (the feature "benchmarks", or ES_WITH_BENCHMARKS=1).
+if [ "${ES_WITH_BENCHMARKS:-0}" = 1 ]; then
+    required+=(libkf5coreaddons-dev)
+fi
 
 missing=()
 for pkg in "${required[@]}" "${optional[@]}"; do

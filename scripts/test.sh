@@ -8,17 +8,19 @@
 #   asan      build-asan/  the same suite under AddressSanitizer and UBSan
 #   fuzz      build-fuzz/  each libFuzzer target for ES_FUZZ_SECONDS (30) seconds
 #   memcheck  build/       valgrind memcheck of the lifecycle tests
+#   bench     build/       the benchmark smoke: the set of 10 plug-ins through every case
 # Each build directory is configured once and built incrementally afterwards.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-stages=${ES_TEST_STAGES:-normal asan fuzz memcheck}
+stages=${ES_TEST_STAGES:-normal asan fuzz memcheck bench}
 fuzz_seconds=${ES_FUZZ_SECONDS:-30}
 wants() { [[ " $stages " == *" $1 "* ]]; }
 
 features=()
 wants fuzz && features+=(fuzz)
 wants memcheck && features+=(valgrind)
+wants bench && features+=(benchmarks)
 bash scripts/setup.sh "${features[@]}"
 
 export QT_QPA_PLATFORM=offscreen
@@ -107,6 +109,12 @@ if wants memcheck; then
         fi
     done
     [ "$failed" -eq 0 ]
+fi
+
+if wants bench; then
+    stamp "benchmark smoke, 10 plug-ins: build/"
+    # Fails when a case fails its checks; the ratios are printed, not judged.
+    ES_BENCH_BUILD_DIR="${ES_BUILD_DIR:-build}" bash benchmarks/run.sh --quick
 fi
 
 stamp "all stages passed"

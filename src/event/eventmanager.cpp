@@ -9,6 +9,8 @@
 #include <event/serviceevent.h>
 #include <event/subscribehelper.h>
 
+#include <QtCore/QVarLengthArray>
+
 namespace ExtensionSystem {
 namespace Internal {
 
@@ -23,9 +25,15 @@ EventManagerPrivate::~EventManagerPrivate()
 
 void EventManagerPrivate::dispatch(const QSharedDataPointer<EventData> &data)
 {
-    // A copy: listeners that subscribe or unsubscribe during the delivery do not change it.
-    const QList<IListener *> targets = listeners.values(data->type);
-    for (IListener *listener : targets) {
+    // A copy: listeners that subscribe or unsubscribe during the delivery do not
+    // change it. The same pointers in the same order as values(type), newest
+    // first, kept on the stack for the usual few listeners instead of in a
+    // list allocated for every event.
+    const int type = data->type;
+    QVarLengthArray<IListener *, 64> targets;
+    for (auto it = listeners.constFind(type); it != listeners.cend() && it.key() == type; ++it)
+        targets.append(it.value());
+    for (IListener *listener : qAsConst(targets)) {
         if (listener)
             listener->event(data);
     }

@@ -14,11 +14,9 @@ void registerMetaTypes()
     Q_UNUSED(actionType)
 }
 
-QSharedDataPointer<EventData> newPluginData(bool withPrevAction)
+QMap<int, QString> pluginRoles(bool withPrevAction)
 {
-    registerMetaTypes();
-    QSharedDataPointer<EventData> d(new EventData(PluginEventType));
-    QMap<int, QString> &roles = d->roles;
+    QMap<int, QString> roles;
     roles.insert(PluginEvent::RoleAction, QStringLiteral("event.plugin.action"));
     if (withPrevAction)
         roles.insert(PluginEvent::RolePrevAction, QStringLiteral("event.plugin.prevAction"));
@@ -28,6 +26,18 @@ QSharedDataPointer<EventData> newPluginData(bool withPrevAction)
     roles.insert(PluginEvent::RoleVersion, QStringLiteral("event.plugin.version"));
     roles.insert(PluginEvent::RoleInitIndex, QStringLiteral("event.plugin.initIndex"));
     roles.insert(PluginEvent::RolePluginSize, QStringLiteral("event.plugin.pluginSize"));
+    return roles;
+}
+
+QSharedDataPointer<EventData> newPluginData(bool withPrevAction)
+{
+    registerMetaTypes();
+    // Every plug-in event has the same table of roles: built once and shared
+    // (QMap is implicitly shared), not built again for each of them.
+    static const QMap<int, QString> rolesWithPrevAction = pluginRoles(true);
+    static const QMap<int, QString> rolesWithoutPrevAction = pluginRoles(false);
+    QSharedDataPointer<EventData> d(new EventData(PluginEventType));
+    d->roles = withPrevAction ? rolesWithPrevAction : rolesWithoutPrevAction;
     return d;
 }
 

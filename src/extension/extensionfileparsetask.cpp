@@ -3,6 +3,8 @@
 
 #include "extensionconstance.h"
 
+#include <framework/debugoutput_p.h>
+
 #include <QtCore/QCoreApplication>
 #include <QtCore/QCryptographicHash>
 #include <QtCore/QDateTime>
@@ -61,7 +63,8 @@ QString ExtensionFileParseTask::digest(const QString &filepath)
 void ExtensionFileParseTask::run()
 {
     Q_D(ExtensionFileParseTask);
-    qDebug() << "virtual void ExtensionSystem::Internal::ExtensionFileParseTask::run()" << ">" << d->filepath;
+    if (debugOutputEnabled())
+        qDebug() << "virtual void ExtensionSystem::Internal::ExtensionFileParseTask::run()" << ">" << d->filepath;
 
     QFile file(d->filepath);
     if (!file.exists()) {

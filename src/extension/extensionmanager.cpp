@@ -6,6 +6,7 @@
 #include <extension/extensionpointadmin.h>
 #include <extension/extensionstorage.h>
 #include <extension/exttype.h>
+#include <framework/debugoutput_p.h>
 #include <framework/pluginframeworkconfig.h>
 #include <framework/pluginframeworkcontext.h>
 
@@ -52,7 +53,8 @@ void ExtensionManagerPrivate::pluginChanged(const PluginEvent &event)
     const int action = event.action();
     const int previous = event.prevAction();
     const QString symbolic = event.symbolic();
-    qDebug() << "PluginChanged:" << symbolic << " - state:" << previous << "->" << action;
+    if (debugOutputEnabled())
+        qDebug() << "PluginChanged:" << symbolic << " - state:" << previous << "->" << action;
     if (symbolic.isEmpty())
         return;
     // Resolved and every later state count as present.

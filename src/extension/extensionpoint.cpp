@@ -4,6 +4,7 @@
 #include <extension/extensionconstance.h>
 #include <extension/extensiondata.h>
 #include <extension/extensionhandler.h>
+#include <framework/debugoutput_p.h>
 
 #include <QtCore/QDebug>
 
@@ -139,7 +140,8 @@ void ExtensionPoint::unregisterExtensionHandler(const QString &id)
 void ExtensionPoint::updateExtensionText(const QStringList &text)
 {
     Q_D(ExtensionPoint);
-    qDebug() << "ExtensionPointPrivate::updateExtensionText >" << id() << "\n\t>" << text;
+    if (debugOutputEnabled())
+        qDebug() << "ExtensionPointPrivate::updateExtensionText >" << id() << "\n\t>" << text;
     if (text.isEmpty())
         return;
     const QList<ExtensionData *> items = parseExtensionText(text);

@@ -1,6 +1,8 @@
 #include "extensionstorage.h"
 #include "extensionstorage_p.h"
 
+#include <framework/debugoutput_p.h>
+
 #include <QtCore/QDebug>
 #include <QtCore/QDir>
 #include <QtSql/QSqlError>
@@ -63,6 +65,7 @@ void ExtensionStoragePrivate::initialize()
     execute(CREATE_EXTPOINT_TABLE);
     execute(CREATE_EXTDATA_TABLE);
     activePlugins.clear();
+    activeSet.clear();
 }
 
 bool ExtensionStoragePrivate::open()
@@ -82,8 +85,10 @@ int ExtensionStoragePrivate::execute(const QString &sql)
 
     db.transaction();
     QSqlQuery query(db);
+    // exec() runs the statement just prepared; exec(sql) would have SQLite
+    // parse the same text a second time.
     if (query.prepare(sql))
-        query.exec(sql);
+        query.exec();
     int result = query.numRowsAffected();
     if (sql.startsWith(QLatin1String("insert"), Qt::CaseInsensitive) && result >= 1)
         result = query.lastInsertId().toInt();
@@ -101,7 +106,7 @@ int ExtensionStoragePrivate::query(const QString &sql, QList<QSqlRecord> &record
     QSqlQuery query(db);
     query.setForwardOnly(true);
     if (query.prepare(sql))
-        query.exec(sql);
+        query.exec(); // the prepared statement, not a second parse of the text
     while (query.next())
         records.append(query.record());
     const int result = records.size();
@@ -145,7 +150,8 @@ ExtensionStorage::~ExtensionStorage()
 void ExtensionStorage::writeExtensionPlugin(ExtType::Plugin plugin)
 {
     Q_D(ExtensionStorage);
-    qDebug() << "[DB] > writeExtensionPlugin:" << plugin.symbolic;
+    if (debugOutputEnabled())
+        qDebug() << "[DB] > writeExtensionPlugin:" << plugin.symbolic;
     if (plugin.symbolic.isEmpty())
         return;
 
@@ -278,6 +284,7 @@ void ExtensionStorage::setActivePlugins(const QStringList &plugins)
     if (plugins.isEmpty() || plugins.isSharedWith(d->activePlugins))
         return;
     d->activePlugins = plugins;
+    d->activeSet = QSet<QString>(plugins.cbegin(), plugins.cend());
 }
 
 void ExtensionStorage::updateActivePlugin(const QString &symbolic, bool present)
@@ -286,9 +293,11 @@ void ExtensionStorage::updateActivePlugin(const QString &symbolic, bool present)
     if (symbolic.isEmpty())
         return;
     if (present) {
-        if (!d->activePlugins.contains(symbolic, Qt::CaseSensitive))
+        if (!d->activeSet.contains(symbolic)) {
             d->activePlugins.append(symbolic);
-    } else {
+            d->activeSet.insert(symbolic);
+        }
+    } else if (d->activeSet.remove(symbolic)) {
         d->activePlugins.removeAll(symbolic);
     }
 }

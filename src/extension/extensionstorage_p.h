@@ -3,6 +3,7 @@
 
 #include "extensionstorage.h"
 
+#include <QtCore/QSet>
 #include <QtCore/private/qobject_p.h>
 #include <QtSql/QSqlDatabase>
 #include <QtSql/QSqlRecord>
@@ -22,6 +23,9 @@ public:
 
     QSqlDatabase db;
     QStringList activePlugins;
+    // The names of activePlugins again, for the membership test that every
+    // plug-in event makes; the list keeps the order the queries are built in.
+    QSet<QString> activeSet;
 };
 
 } // namespace Internal

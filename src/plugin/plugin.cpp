@@ -1,6 +1,7 @@
 #include "plugin.h"
 #include "plugin_p.h"
 
+#include <framework/debugoutput_p.h>
 #include <plugin/ipluginactivator.h>
 #include <plugin/pluginconstance.h>
 #include <plugin/plugincontext.h>
@@ -49,7 +50,8 @@ PluginPrivate::PluginPrivate(const QFileInfo &file, PluginFrameworkContext *cont
     metaData = new PluginMetaData(PluginConstance::PLUGIN_METAFILE.arg(base));
     if (metaData->isValid()) {
         valid = true;
-        qDebug() << "     |-> init:" << metaData->symbolic();
+        if (debugOutputEnabled())
+            qDebug() << "     |-> init:" << metaData->symbolic();
     } else {
         error = metaData->error();
         errorString = metaData->errorString();
@@ -87,7 +89,8 @@ Plugin::Plugin(const QFileInfo &file, PluginFrameworkContext *context, QObject *
 
 Plugin::~Plugin()
 {
-    qDebug() << "virtual ExtensionSystem::Plugin::~Plugin()" << ">" << symbolic();
+    if (debugOutputEnabled())
+        qDebug() << "virtual ExtensionSystem::Plugin::~Plugin()" << ">" << symbolic();
     setState(PluginInfo::Uninstalled);
 }
 

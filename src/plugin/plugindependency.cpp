@@ -19,19 +19,26 @@ PluginDependencyPrivate::PluginDependencyPrivate(const QString &symbolic, const 
 {
 }
 
+// Each field is QString("%1").arg(byte, 10, QLatin1Char('0')): nine '0' and the
+// component's low byte as one Latin-1 character. The key is written in place
+// rather than through section() and arg(), which made it the most frequent
+// cost of resolving dependencies; the text is the same.
 QString PluginDependencyPrivate::computeVersionKey(const QString &version)
 {
-    const QString dot = QStringLiteral(".");
-    QString fields[3];
+    QString key(30, QLatin1Char('0'));
+    int from = 0; // start of the next component, -1 once there is none
     for (int i = 0; i < 3; ++i) {
+        int value = 0; // what toInt() gives an absent component
+        if (from >= 0) {
+            const int dot = version.indexOf(QLatin1Char('.'), from);
+            value = version.midRef(from, dot < 0 ? -1 : dot - from).toInt(nullptr, 10);
+            from = dot < 0 ? -1 : dot + 1;
+        }
         // Modulo 256 on purpose: only the low byte of each component counts.
-        // arg(char) takes the byte as Latin-1, so -1 becomes U+00FF, not U+FFFF.
-        const char byte = static_cast<char>(version.section(dot, i, i).toInt(nullptr, 10));
-        fields[i] = QStringLiteral("%1").arg(byte, 10, QLatin1Char('0'));
+        // Taken as Latin-1, so -1 becomes U+00FF, not U+FFFF.
+        key[10 * i + 9] = QLatin1Char(static_cast<char>(value));
     }
-    // One pass over the template: chained arg() calls would read a '%' byte of one
-    // field followed by the next field's '0's as a placeholder ("%00").
-    return QStringLiteral("%1%2%3").arg(fields[0], fields[1], fields[2]);
+    return key;
 }
 
 PluginDependency::PluginDependency()

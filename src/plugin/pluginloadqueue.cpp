@@ -5,6 +5,7 @@
 #include <plugin/plugininfo.h>
 #include <plugin/pluginmanager.h>
 #include <plugin/pluginmetadata.h>
+#include <plugin/pluginmetadata_p.h>
 
 #include <algorithm>
 
@@ -19,7 +20,7 @@ PluginLoadQueue::PluginLoadQueue()
 void PluginLoadQueue::add(Plugin *plugin)
 {
     // A library that could not be loaded has no metadata and stays out of the queue.
-    if (!plugin || !plugin->metaData() || m_queue.contains(plugin->symbolic()))
+    if (!plugin || !plugin->metaData() || contains(plugin->symbolic()))
         return;
     resolve(plugin);
 }
@@ -31,13 +32,15 @@ bool PluginLoadQueue::resolve(Plugin *plugin)
     const QString self = plugin->symbolic();
     // Resolution flags live on the plug-in's own metadata, which only the queue changes.
     auto *metaData = const_cast<PluginMetaData *>(plugin->metaData());
-    const QList<PluginDependency> dependencies = metaData->dependencies();
+    // Read in place: dependencies() copies every entry, and each copy works its
+    // version key out again. Marking one resolved changes no entry but its flag.
+    const QMap<QString, PluginDependency> &dependencies = PluginMetaDataPrivate::get(metaData)->dependencies;
 
     if (!dependencies.isEmpty() && !metaData->dependencyResolved()) {
         for (const PluginDependency &dependency : dependencies) {
             if (dependency.symbolic() == self)
                 continue;
-            Plugin *provider = m_queue.contains(dependency.symbolic()) ? manager->find(dependency.symbolic()) : nullptr;
+            Plugin *provider = contains(dependency.symbolic()) ? manager->find(dependency.symbolic()) : nullptr;
             if (provider && provider->metaData()
                 && dependency.checkCompatible(provider->symbolic(), provider->version(),
                                               provider->metaData()->compatVersion())) {
@@ -51,7 +54,8 @@ bool PluginLoadQueue::resolve(Plugin *plugin)
     if (!metaData->dependencyResolved())
         return false;
 
-    if (!m_queue.contains(self)) {
+    if (!contains(self)) {
+        m_positions.insert(self, m_queue.size());
         m_queue.append(self);
         plugin->setState(PluginInfo::Resolved);
     }
@@ -70,7 +74,7 @@ bool PluginLoadQueue::resolve(Plugin *plugin)
 
 bool PluginLoadQueue::collectStartList(const QString &symbolic, QStringList &list) const
 {
-    if (!m_queue.contains(symbolic))
+    if (!contains(symbolic))
         return false;
     Plugin *plugin = manager->find(symbolic);
     if (!plugin || !plugin->metaData())
@@ -89,7 +93,7 @@ bool PluginLoadQueue::collectStartList(const QString &symbolic, QStringList &lis
 QStringList PluginLoadQueue::startList(const QString &symbolic) const
 {
     QStringList list;
-    if (m_queue.isEmpty() || !m_queue.contains(symbolic))
+    if (m_queue.isEmpty() || !contains(symbolic))
         return list;
     collectStartList(symbolic, list);
     list.append(symbolic);
@@ -99,10 +103,10 @@ QStringList PluginLoadQueue::startList(const QString &symbolic) const
 QStringList PluginLoadQueue::stopList(const QString &symbolic) const
 {
     QStringList list;
-    if (m_queue.isEmpty() || !m_queue.contains(symbolic) || !manager->find(symbolic))
+    if (m_queue.isEmpty() || !contains(symbolic) || !manager->find(symbolic))
         return list;
     list.append(symbolic);
-    for (int i = m_queue.indexOf(symbolic) + 1; i < m_queue.size(); ++i) {
+    for (int i = indexOf(symbolic) + 1; i < m_queue.size(); ++i) {
         Plugin *plugin = manager->find(m_queue.at(i));
         if (!plugin || !plugin->metaData())
             continue;

@@ -32,6 +32,11 @@ public:
     QStringList stopList(const QString &symbolic) const;
     QStringList queue() const { return m_queue; }
     QStringList reversed() const;
+    // Membership and position without a walk over the queue: both are asked
+    // for at every state change of every plug-in.
+    bool contains(const QString &symbolic) const { return m_positions.contains(symbolic); }
+    int indexOf(const QString &symbolic) const { return m_positions.value(symbolic, -1); }
+    int size() const { return m_queue.size(); }
 
 private:
     bool resolve(Plugin *plugin);
@@ -39,6 +44,8 @@ private:
 
     PluginManager *manager;
     QStringList m_queue;
+    // Each name's position in m_queue, which only ever grows at its end.
+    QHash<QString, int> m_positions;
     QMultiHash<QString, DependencyKey> waitingFor;
     QMultiHash<QString, QString> waitedBy;
 };

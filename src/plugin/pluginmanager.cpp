@@ -3,6 +3,7 @@
 
 #include <event/eventmanager.h>
 #include <event/pluginevent.h>
+#include <framework/debugoutput_p.h>
 #include <framework/pluginframeworkcontext.h>
 #include <plugin/plugin.h>
 #include <plugin/pluginloadqueue.h>
@@ -12,6 +13,8 @@
 #include <QtCore/QFile>
 #include <QtCore/QFileSystemWatcher>
 
+#include <algorithm>
+
 namespace ExtensionSystem {
 
 using namespace Internal;
@@ -20,12 +23,26 @@ namespace {
 
 // The one place that knows what a plug-in library is called on this platform.
 #if defined(Q_OS_WIN)
-const char libraryPattern[] = "*.dll";
+const char librarySuffix[] = ".dll";
 #elif defined(Q_OS_DARWIN)
-const char libraryPattern[] = "*.dylib";
+const char librarySuffix[] = ".dylib";
 #else
-const char libraryPattern[] = "*.so";
+const char librarySuffix[] = ".so";
 #endif
+
+// The files that the name filter "*" + suffix selects, in the directory's
+// order. QDir's name filters build and compile a regular expression for every
+// directory listed, which costs more than loading a small library; a wildcard
+// of this form only asks for the suffix, in any case, as QDir matches it.
+QFileInfoList libraryFiles(const QDir &dir)
+{
+    QFileInfoList files = dir.entryInfoList(QDir::Files);
+    const auto notLibrary = [](const QFileInfo &file) {
+        return !file.fileName().endsWith(QLatin1String(librarySuffix), Qt::CaseInsensitive);
+    };
+    files.erase(std::remove_if(files.begin(), files.end(), notLibrary), files.end());
+    return files;
+}
 
 } // namespace
 
@@ -77,9 +94,10 @@ void PluginManagerPrivate::installDirectory(const QDir &pluginDir)
     pluginCount = directories.size();
     for (const QFileInfo &directory : directories) {
         const QDir dir(directory.absoluteFilePath());
-        qDebug() << " |->" << dir.dirName();
+        if (debugOutputEnabled())
+            qDebug() << " |->" << dir.dirName();
         bool installed = false;
-        const QFileInfoList libraries = dir.entryInfoList(QStringList(QLatin1String(libraryPattern)), QDir::Files);
+        const QFileInfoList libraries = libraryFiles(dir);
         for (const QFileInfo &library : libraries)
             installed = installFile(library);
         // Only the last library of a directory decides whether its extension file is announced.
@@ -98,7 +116,8 @@ bool PluginManagerPrivate::installFile(const QFileInfo &fileinfo)
         handleError(4, QObject::tr("The specified plugin has been installed, file: %1").arg(fileinfo.filePath()));
         return false;
     }
-    qDebug() << "   |->" << fileinfo.absoluteFilePath();
+    if (debugOutputEnabled())
+        qDebug() << "   |->" << fileinfo.absoluteFilePath();
 
     auto *plugin = new Plugin(fileinfo, context, q);
     const QString symbolic = plugin->symbolic();
@@ -109,7 +128,8 @@ bool PluginManagerPrivate::installFile(const QFileInfo &fileinfo)
     }
 
     const int policy = context->config->pluginStartupPolicy(symbolic);
-    qDebug() << "     |->" << symbolic << ":" << policy;
+    if (debugOutputEnabled())
+        qDebug() << "     |->" << symbolic << ":" << policy;
     // Recorded before the lists are applied: a refused plug-in stays visible with its policy.
     if (plugin->metaData()) {
         pluginInfos.insert(symbolic, PluginInfo(plugin->metaData(), plugin->state(), true,
@@ -127,8 +147,9 @@ bool PluginManagerPrivate::installFile(const QFileInfo &fileinfo)
         return false;
     }
 
-    QObject::connect(plugin, SIGNAL(stateChanged(const QString &, int, int)),
-                     q, SLOT(pluginStateChanaged(const QString &, int, int)));
+    // By member pointers: the same direct connection without looking both
+    // signatures up by name, once per plug-in.
+    QObject::connect(plugin, &Plugin::stateChanged, q, &PluginManager::pluginStateChanaged);
     pluginFiles.insert(fileinfo.filePath(), plugin);
     plugins.insert(symbolic, plugin);
     loadQueue->add(plugin);
@@ -143,8 +164,10 @@ bool PluginManagerPrivate::installFile(const QFileInfo &fileinfo)
 void PluginManagerPrivate::pluginStateChanaged(const QString &symbolic, int from, int to)
 {
     Plugin *plugin = plugins.value(symbolic);
-    qDebug() << "void ExtensionSystem::Internal::PluginManagerPrivate::pluginStateChanaged(const QString&, int, int)"
-             << ">" << symbolic << plugin << "- state:" << from << "->" << to;
+    if (debugOutputEnabled()) {
+        qDebug() << "void ExtensionSystem::Internal::PluginManagerPrivate::pluginStateChanaged(const QString&, int, int)"
+                 << ">" << symbolic << plugin << "- state:" << from << "->" << to;
+    }
     if (!plugin)
         return;
     auto info = pluginInfos.find(symbolic);
@@ -154,9 +177,8 @@ void PluginManagerPrivate::pluginStateChanaged(const QString &symbolic, int from
     int index = plugins.size();
     int total = pluginCount;
     if (scanDone) {
-        const QStringList queue = loadQueue->queue();
-        index = queue.indexOf(symbolic);
-        total = queue.size();
+        index = loadQueue->indexOf(symbolic);
+        total = loadQueue->size();
     }
     const PluginEvent event(PluginEvent::Action(to), PluginEvent::Action(from), symbolic,
                             plugin->location().path(), plugin->fileInfo().filePath(), plugin->version(),
@@ -170,7 +192,8 @@ void PluginManagerPrivate::startStep(Plugin *plugin)
         handleError(3, QObject::tr("Cannot start plugin, that is invalid"));
         return;
     }
-    qDebug() << "PluginManager::Start >" << plugin->symbolic() << ":" << plugin->state();
+    if (debugOutputEnabled())
+        qDebug() << "PluginManager::Start >" << plugin->symbolic() << ":" << plugin->state();
     if (plugin->state() == PluginInfo::Active)
         return;
     if (plugin->state() > 3) {
@@ -304,7 +327,8 @@ void PluginManager::start()
 {
     Q_D(PluginManager);
     const QStringList queue = d->loadQueue->queue();
-    qDebug() << "START:" << queue;
+    if (debugOutputEnabled())
+        qDebug() << "START:" << queue;
     for (const QString &name : queue) {
         Plugin *plugin = d->plugins.value(name);
         if (plugin && plugin->state() == PluginInfo::Resolved)

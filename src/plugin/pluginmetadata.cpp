@@ -57,8 +57,12 @@ void PluginMetaDataPrivate::read()
 
 void PluginMetaDataPrivate::readLine(const QString &line)
 {
-    const QString key = line.section(QLatin1Char(':'), 0, 0).trimmed();
-    const QString value = line.section(QLatin1Char(':'), 1, -1).trimmed();
+    // Split at the first colon: the same two parts as section(':', 0, 0) and
+    // section(':', 1, -1), null value included when there is no colon, without
+    // splitting the whole line into sections twice.
+    const int colon = line.indexOf(QLatin1Char(':'));
+    const QString key = (colon < 0 ? line : line.left(colon)).trimmed();
+    const QString value = colon < 0 ? QString() : line.mid(colon + 1).trimmed();
     properties.insert(key, value);
 
     if (sameKey(key, PluginConstance::PLUGIN_SYMBOLIC))

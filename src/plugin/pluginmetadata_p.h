@@ -27,6 +27,8 @@ public:
     void setError(int code, const QString &text);
     void clearError();
 
+    static const PluginMetaDataPrivate *get(const PluginMetaData *metaData) { return metaData->d_ptr; }
+
     QString filepath;
     bool valid;
     bool dependencyResolved;

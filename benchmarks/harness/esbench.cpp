@@ -1,0 +1,274 @@
+// The framework's cases, each run in a fresh process by the harness. The
+// executable is copied into each application directory, since the framework
+// finds plugins/ and config/ beside it.
+//
+//     es-bench floor                       QPluginLoader over queue.txt
+//     es-bench es <plugins> <services> <items> [--points] [--write-queue]
+//     es-bench events <listeners> fw|plain
+//     es-bench lookup fw|plain
+
+#include "benchcommon.h"
+
+#include <event/customizedevent.h>
+#include <event/icustomizedlistener.h>
+#include <framework/pluginframework.h>
+#include <plugin/plugincontext.h>
+#include <plugin/plugininfo.h>
+#include <plugin/pluginmanager.h>
+#include <service/servicereference.h>
+#include <service/serviceregistration.h>
+
+#include <QtCore/QCoreApplication>
+#include <QtCore/QDir>
+#include <QtCore/QFile>
+#include <QtCore/QMultiHash>
+#include <QtCore/QPluginLoader>
+#include <QtCore/QThreadPool>
+#include <QtCore/QTimer>
+#include <QtCore/QVector>
+
+#include <algorithm>
+
+using namespace ExtensionSystem;
+
+namespace {
+
+QString queueFile()
+{
+    return QCoreApplication::applicationDirPath() + QStringLiteral("/queue.txt");
+}
+
+// The floor: what any loader of these libraries has to do, in the order the
+// framework loads them, with nothing else.
+int runFloor()
+{
+    QFile list(queueFile());
+    bench::check(list.open(QIODevice::ReadOnly | QIODevice::Text), QStringLiteral("no queue.txt: run es --write-queue"));
+    const QStringList paths = QString::fromUtf8(list.readAll()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    const long rssBefore = bench::peakRssKiB();
+
+    QElapsedTimer timer;
+    timer.start();
+    QList<QPluginLoader *> loaders;
+    int loaded = 0;
+    qint64 metaBytes = 0;
+    for (const QString &path : paths) {
+        auto *loader = new QPluginLoader(path);
+        loaders << loader;
+        loader->load();
+        if (!loader->instance())
+            continue;
+        const QString base = path.section(QLatin1Char('/'), -1, -1).section(QLatin1Char('.'), 0, -2);
+        QFile meta(QStringLiteral(":/%1/META-DATA/META.INF").arg(base));
+        if (meta.open(QIODevice::ReadOnly)) {
+            metaBytes += meta.readAll().size();
+            ++loaded;
+        }
+    }
+    const double ms = bench::millisecondsSince(timer);
+
+    bench::check(loaded == paths.size() && metaBytes > 0,
+                 QStringLiteral("floor loaded %1 of %2 libraries").arg(loaded).arg(paths.size()));
+    bench::figure("load_ms", ms);
+    bench::figure("rss_kib", double(bench::peakRssKiB() - rssBefore));
+    qDeleteAll(loaders);
+    return 0;
+}
+
+int itemsMade()
+{
+    return qApp->property("es.bench.items").toInt();
+}
+
+// init() and start(), then the event loop until every point holds its data and
+// everything the framework queued during init() has run.
+int runFramework(int plugins, int services, int items, bool points, bool writeQueue)
+{
+    qApp->setProperty("es.bench.points", points);
+    const long rssBefore = bench::peakRssKiB();
+    QElapsedTimer timer;
+    timer.start();
+    auto *framework = new PluginFramework;
+    framework->init();
+    const double initMs = bench::millisecondsSince(timer);
+    framework->start();
+    const double startMs = bench::millisecondsSince(timer) - initMs;
+
+    // Posted after everything that init() queued, so it runs after all of it.
+    bool drained = false;
+    QTimer::singleShot(0, framework, [&drained] { drained = true; });
+    QElapsedTimer guard;
+    guard.start();
+    while ((!drained || itemsMade() < items) && guard.elapsed() < 300000)
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 100);
+    QThreadPool::globalInstance()->waitForDone();
+    QCoreApplication::processEvents();
+    const double readyMs = bench::millisecondsSince(timer);
+    const long rssAfter = bench::peakRssKiB();
+
+    auto *manager = framework->findChild<PluginManager *>();
+    bench::check(manager, QStringLiteral("no plug-in manager"));
+    const QList<PluginInfo> infos = manager->pluginInfos();
+    const int active = int(std::count_if(infos.cbegin(), infos.cend(), [](const PluginInfo &info) {
+        return info.currentState() == PluginInfo::Active;
+    }));
+    bench::check(active == plugins, QStringLiteral("%1 of %2 plug-ins active").arg(active).arg(plugins));
+    bench::check(itemsMade() == items,
+                 QStringLiteral("the points hold %1 items, expected %2").arg(itemsMade()).arg(items));
+    const QList<ServiceReference> found = framework->findChildren<PluginContext *>().value(0)
+                                              ->findServiceReferences(QStringLiteral("BenchService"));
+    bench::check(found.size() == services,
+                 QStringLiteral("%1 services found, expected %2").arg(found.size()).arg(services));
+
+    if (writeQueue) {
+        QFile list(queueFile());
+        bench::check(list.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Text),
+                     QStringLiteral("cannot write queue.txt"));
+        const QStringList queue = manager->loadQueue();
+        for (const QString &symbolic : queue)
+            list.write(manager->pluginInfo(symbolic).filepath().toUtf8() + '\n');
+    }
+
+    timer.restart();
+    framework->stop();
+    const double stopMs = bench::millisecondsSince(timer);
+    delete framework;
+
+    bench::figure("init_ms", initMs);
+    bench::figure("start_ms", startMs);
+    bench::figure("init_start_ms", initMs + startMs);
+    bench::figure("ready_ms", readyMs);
+    bench::figure("stop_ms", stopMs);
+    bench::figure("rss_kib", double(rssAfter - rssBefore));
+    return 0;
+}
+
+// A running framework (the smallest set) and one plug-in context to work with.
+PluginContext *startedContext(PluginFramework &framework)
+{
+    framework.init();
+    framework.start();
+    const QList<PluginContext *> contexts = framework.findChildren<PluginContext *>();
+    bench::check(!contexts.isEmpty(), QStringLiteral("no plug-in running"));
+    return contexts.first();
+}
+
+// Runs <work> in batches after a warm-up and reports the median time per call.
+template<typename Work>
+void timeCalls(const char *name, qint64 callsPerBatch, Work work)
+{
+    work(callsPerBatch);
+    QVector<double> perCall;
+    for (int batch = 0; batch < 9; ++batch) {
+        QElapsedTimer timer;
+        timer.start();
+        work(callsPerBatch);
+        perCall << double(timer.nsecsElapsed()) / callsPerBatch;
+    }
+    std::sort(perCall.begin(), perCall.end());
+    bench::figure(name, perCall.at(perCall.size() / 2));
+}
+
+class CountingListener : public ICustomizedListener
+{
+public:
+    explicit CountingListener(int type) : ICustomizedListener(type) {}
+    void customizedChanged(const CustomizedEvent &) override { ++calls; }
+    quint64 calls = 0;
+};
+
+// Publishing one customized event to <count> listeners, through the plug-in
+// context, against a loop that calls the same listeners' virtual event() with
+// the same shared event record.
+int runEvents(int count, bool framework)
+{
+    PluginFramework host;
+    PluginContext *context = startedContext(host);
+    const int type = 1000;
+    QVector<CountingListener *> listeners;
+    for (int i = 0; i < count; ++i) {
+        listeners << new CountingListener(type);
+        context->registerCustomizedListener(listeners.last());
+    }
+    const CustomizedEvent event(type);
+    const qint64 calls = std::max<qint64>(2000, 2000000 / count);
+    if (framework) {
+        timeCalls("publish_ns", calls, [&](qint64 n) {
+            for (qint64 i = 0; i < n; ++i)
+                context->publishCustomizedEvent(event);
+        });
+    } else {
+        const QVector<IListener *> plain(listeners.cbegin(), listeners.cend());
+        const QSharedDataPointer<EventData> data = event.sharedData();
+        timeCalls("publish_ns", calls, [&](qint64 n) {
+            for (qint64 i = 0; i < n; ++i) {
+                for (IListener *listener : plain)
+                    listener->event(data);
+            }
+        });
+    }
+    quint64 delivered = 0;
+    for (CountingListener *listener : qAsConst(listeners))
+        delivered += listener->calls;
+    bench::check(delivered == quint64(calls) * 10 * quint64(count), QStringLiteral("events lost"));
+    for (CountingListener *listener : qAsConst(listeners))
+        context->unregisterlistener(listener);
+    qDeleteAll(listeners);
+    return 0;
+}
+
+// findServiceReferences on a class with 100 services, against values() of a
+// QMultiHash holding the same references under the same class name.
+int runLookup(bool framework)
+{
+    PluginFramework host;
+    PluginContext *context = startedContext(host);
+    const QString clazz = QStringLiteral("QObject");
+    const int count = 100;
+    QList<QObject *> services;
+    QMultiHash<QString, ServiceReference> plain;
+    for (int i = 0; i < count; ++i) {
+        services << new QObject;
+        const ServiceRegistration registration = context->registerService(services.last(), QStringList(clazz));
+        bench::check(registration.plugin(), QStringLiteral("registration refused"));
+        plain.insert(clazz, registration.reference());
+    }
+    bench::check(context->findServiceReferences(clazz).size() == count && plain.values(clazz).size() == count,
+                 QStringLiteral("lookup does not find the 100 services"));
+    qint64 found = 0;
+    const qint64 calls = 20000;
+    if (framework) {
+        timeCalls("lookup_ns", calls, [&](qint64 n) {
+            for (qint64 i = 0; i < n; ++i)
+                found += context->findServiceReferences(clazz).size();
+        });
+    } else {
+        timeCalls("lookup_ns", calls, [&](qint64 n) {
+            for (qint64 i = 0; i < n; ++i)
+                found += plain.values(clazz).size();
+        });
+    }
+    bench::check(found == calls * 10 * count, QStringLiteral("lookup results lost"));
+    return 0;
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    QCoreApplication app(argc, argv);
+    const QStringList args = app.arguments();
+    const QString mode = args.value(1);
+    if (mode == QLatin1String("floor"))
+        return runFloor();
+    if (mode == QLatin1String("es") && args.size() >= 5) {
+        return runFramework(args.at(2).toInt(), args.at(3).toInt(), args.at(4).toInt(),
+                            args.contains(QStringLiteral("--points")), args.contains(QStringLiteral("--write-queue")));
+    }
+    if (mode == QLatin1String("events") && args.size() == 4)
+        return runEvents(args.at(2).toInt(), args.at(3) == QLatin1String("fw"));
+    if (mode == QLatin1String("lookup") && args.size() == 3)
+        return runLookup(args.at(2) == QLatin1String("fw"));
+    bench::fail(QStringLiteral("usage: es-bench floor | es <plugins> <services> <items> [--points] [--write-queue] | "
+                               "events <listeners> fw|plain | lookup fw|plain"));
+}

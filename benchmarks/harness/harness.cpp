@@ -1,0 +1,447 @@
+// Runs every benchmark case as a fresh process, the cases one after the other
+// in a fixed order and that order again for each run (A B C ... A B C ...), so
+// that a slow moment of the machine hits all cases alike. Reports the median of
+// each figure and, for each compared pair, the median of the per-run ratios.
+//
+//     es-bench-harness --dir <build>/benchmarks --sizes 10,100,1000
+//                      [--runs 7] [--warmup 1] [--peer on|off] [--out results.md] [--note text]...
+
+#include <QtCore/QCoreApplication>
+#include <QtCore/QDir>
+#include <QtCore/QFile>
+#include <QtCore/QFileInfo>
+#include <QtCore/QHash>
+#include <QtCore/QProcess>
+#include <QtCore/QTextStream>
+#include <QtCore/QVector>
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <functional>
+
+namespace {
+
+using Figures = QHash<QString, double>;
+
+struct Case
+{
+    Case(const QString &name, const QString &program, const QStringList &arguments, bool logging = false,
+         std::function<void()> before = {})
+        : name(name), program(program), arguments(arguments), logging(logging), before(std::move(before))
+    {
+    }
+
+    QString name;
+    QString program;
+    QStringList arguments;
+    bool logging;
+    std::function<void()> before;
+};
+
+struct SetInfo
+{
+    int plugins = 0;
+    int services = 0;
+    int items = 0;
+    QString dir;
+};
+
+QTextStream out(stdout);
+
+struct Utf8Output
+{
+    Utf8Output() { out.setCodec("UTF-8"); }
+} utf8Output;
+
+[[noreturn]] void die(const QString &message)
+{
+    out << "harness: " << message << Qt::endl;
+    std::exit(1);
+}
+
+double median(QVector<double> values)
+{
+    if (values.isEmpty())
+        return 0;
+    std::sort(values.begin(), values.end());
+    const int middle = values.size() / 2;
+    return values.size() % 2 ? values.at(middle) : (values.at(middle - 1) + values.at(middle)) / 2;
+}
+
+SetInfo readSet(const QString &benchDir, int size)
+{
+    SetInfo info;
+    info.dir = QStringLiteral("%1/sets/%2").arg(benchDir).arg(size);
+    QFile manifest(info.dir + QStringLiteral("/manifest.txt"));
+    if (!manifest.open(QIODevice::ReadOnly | QIODevice::Text))
+        die(QStringLiteral("no set of %1 plug-ins in %2: build target es_bench_set_%1").arg(size).arg(info.dir));
+    for (const QByteArray &line : manifest.readAll().split('\n')) {
+        const QList<QByteArray> fields = line.split(' ');
+        if (fields.size() != 2)
+            continue;
+        if (fields.at(0) == "plugins")
+            info.plugins = fields.at(1).toInt();
+        else if (fields.at(0) == "services")
+            info.services = fields.at(1).toInt();
+        else if (fields.at(0) == "items")
+            info.items = fields.at(1).toInt();
+    }
+    return info;
+}
+
+void copyExecutable(const QString &from, const QString &to)
+{
+    QFile::remove(to);
+    if (!QFile::copy(from, to))
+        die(QStringLiteral("cannot copy %1 to %2").arg(from, to));
+}
+
+// The same libraries with an extension.xml beside each: hard links, so that
+// both trees load the very same files.
+void makeExtensionTree(const SetInfo &set, const QString &runner)
+{
+    const QString app = set.dir + QStringLiteral("/app");
+    const QString extApp = set.dir + QStringLiteral("/app-ext");
+    QDir(extApp).removeRecursively();
+    QDir().mkpath(extApp + QStringLiteral("/plugins"));
+    copyExecutable(runner, extApp + QStringLiteral("/es-bench"));
+    const QFileInfoList plugins =
+        QDir(app + QStringLiteral("/plugins")).entryInfoList(QDir::Dirs | QDir::NoDotAndDotDot);
+    for (const QFileInfo &plugin : plugins) {
+        const QString target = plugin.fileName();
+        const QString name = QStringLiteral("bench.") + target.section(QLatin1Char('.'), 1);
+        const QString dir = extApp + QStringLiteral("/plugins/") + target;
+        QDir().mkpath(dir);
+        const QString library = QStringLiteral("/%1.so").arg(target);
+        if (::link(QFile::encodeName(plugin.absoluteFilePath() + library).constData(),
+                   QFile::encodeName(dir + library).constData()) != 0
+            && !QFile::copy(plugin.absoluteFilePath() + library, dir + library)) {
+            die(QStringLiteral("cannot link %1").arg(dir + library));
+        }
+        if (!QFile::copy(QStringLiteral("%1/ext/%2/extension.xml").arg(set.dir, name),
+                         dir + QStringLiteral("/extension.xml"))) {
+            die(QStringLiteral("no extension.xml for %1").arg(name));
+        }
+    }
+}
+
+Figures runCase(const Case &c)
+{
+    if (c.before)
+        c.before();
+    QProcess process;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    // Timed runs without debug output; the logging case turns the default category on.
+    environment.insert(QStringLiteral("QT_LOGGING_RULES"),
+                       c.logging ? QStringLiteral("default.debug=true") : QStringLiteral("*.debug=false"));
+    process.setProcessEnvironment(environment);
+    if (c.logging)
+        process.setStandardErrorFile(QProcess::nullDevice());
+    process.start(c.program, c.arguments);
+    if (!process.waitForFinished(600000))
+        die(QStringLiteral("%1 did not finish").arg(c.name));
+    const QString output = QString::fromLocal8Bit(process.readAllStandardOutput());
+    if (process.exitStatus() != QProcess::NormalExit || process.exitCode() != 0) {
+        die(QStringLiteral("%1 failed (exit %2): %3 %4")
+                .arg(c.name)
+                .arg(process.exitCode())
+                .arg(output.trimmed(), QString::fromLocal8Bit(process.readAllStandardError()).right(2000)));
+    }
+    Figures figures;
+    for (const QString &line : output.split(QLatin1Char('\n'), Qt::SkipEmptyParts)) {
+        const QStringList fields = line.split(QLatin1Char(' '));
+        if (fields.size() == 3 && fields.at(0) == QLatin1String("FIGURE"))
+            figures.insert(fields.at(1), fields.at(2).toDouble());
+    }
+    return figures;
+}
+
+struct Side
+{
+    QString caseName;
+    QString figure;
+    double divisor = 1; // per plug-in figures divide by the set size
+};
+
+struct Comparison
+{
+    QString name;
+    Side numerator;
+    Side denominator;
+    double target = 0; // 0: shown, not compared
+};
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    QCoreApplication app(argc, argv);
+    QStringList args = app.arguments();
+    args.removeFirst();
+    QString benchDir;
+    QList<int> sizes;
+    int runs = 7;
+    int warmup = 1;
+    QString outFile;
+    QStringList notes;
+    bool peer = ES_BENCH_PEER;
+    while (!args.isEmpty()) {
+        const QString option = args.takeFirst();
+        const QString value = args.isEmpty() ? QString() : args.takeFirst();
+        if (option == QLatin1String("--dir"))
+            benchDir = QDir(value).absolutePath();
+        else if (option == QLatin1String("--sizes"))
+            for (const QString &size : value.split(QLatin1Char(','), Qt::SkipEmptyParts))
+                sizes << size.toInt();
+        else if (option == QLatin1String("--runs"))
+            runs = std::max(1, value.toInt());
+        else if (option == QLatin1String("--warmup"))
+            warmup = std::max(0, value.toInt());
+        else if (option == QLatin1String("--out"))
+            outFile = value;
+        else if (option == QLatin1String("--note"))
+            notes << value;
+        else if (option == QLatin1String("--peer"))
+            peer = value.compare(QLatin1String("off"), Qt::CaseInsensitive) != 0;
+        else
+            die(QStringLiteral("unknown option %1").arg(option));
+    }
+    if (benchDir.isEmpty() || sizes.isEmpty())
+        die(QStringLiteral("usage: es-bench-harness --dir <build>/benchmarks --sizes 10,100,1000 [--runs 7] "
+                           "[--warmup 1] [--peer on|off] [--out file] [--note text]"));
+    std::sort(sizes.begin(), sizes.end());
+    const QString runner = benchDir + QStringLiteral("/bin/es-bench");
+    const QString peerRunner = benchDir + QStringLiteral("/bin/kf-bench");
+    const int largest = sizes.last();
+    const int smallest = sizes.first();
+
+    QHash<int, SetInfo> sets;
+    QList<Case> cases;
+    for (int size : qAsConst(sizes)) {
+        const SetInfo set = readSet(benchDir, size);
+        sets.insert(size, set);
+        const QString app = set.dir + QStringLiteral("/app");
+        copyExecutable(runner, app + QStringLiteral("/es-bench"));
+        makeExtensionTree(set, runner);
+        const QStringList esArgs{QStringLiteral("es"), QString::number(set.plugins), QString::number(set.services)};
+        // The first run of each set writes the load queue for the floor.
+        out << "preparing the set of " << size << Qt::endl;
+        runCase({QStringLiteral("prepare"), app + QStringLiteral("/es-bench"),
+                 esArgs + QStringList{QStringLiteral("0"), QStringLiteral("--write-queue")}});
+
+        const QString extApp = set.dir + QStringLiteral("/app-ext");
+        const QString store = extApp + QStringLiteral("/config/es-bench/extension.dat");
+        const QString n = QString::number(size);
+        cases << Case{QStringLiteral("floor_") + n, app + QStringLiteral("/es-bench"), {QStringLiteral("floor")}};
+        cases << Case{QStringLiteral("es_") + n, app + QStringLiteral("/es-bench"), esArgs + QStringList{QStringLiteral("0")}};
+        if (peer) {
+            cases << Case{QStringLiteral("peer_") + n, peerRunner,
+                          {set.dir + QStringLiteral("/peer/plugins"), QString::number(set.plugins)}};
+        }
+        // The plug-ins open their extension points from here on. Without
+        // extension files first; then cold, with no store yet, so that every
+        // file is parsed; then warm, with the store that the cold run left.
+        const QStringList pointArgs{QString::number(set.items), QStringLiteral("--points")};
+        cases << Case{QStringLiteral("points_") + n, app + QStringLiteral("/es-bench"),
+                      esArgs + QStringList{QStringLiteral("0"), QStringLiteral("--points")}};
+        cases << Case{QStringLiteral("cold_") + n, extApp + QStringLiteral("/es-bench"), esArgs + pointArgs, false,
+                      [store] { QFile::remove(store); }};
+        cases << Case{QStringLiteral("warm_") + n, extApp + QStringLiteral("/es-bench"), esArgs + pointArgs};
+        if (size == largest) {
+            cases << Case{QStringLiteral("log_") + n, app + QStringLiteral("/es-bench"),
+                          esArgs + QStringList{QStringLiteral("0")}, true};
+        }
+    }
+    const QString microApp = sets.value(smallest).dir + QStringLiteral("/app/es-bench");
+    for (int listeners : {1, 10, 100}) {
+        for (const char *side : {"fw", "plain"}) {
+            cases << Case{QStringLiteral("events_%1_%2").arg(listeners).arg(QLatin1String(side)), microApp,
+                          {QStringLiteral("events"), QString::number(listeners), QLatin1String(side)}};
+        }
+    }
+    for (const char *side : {"fw", "plain"})
+        cases << Case{QStringLiteral("lookup_%1").arg(QLatin1String(side)), microApp,
+                      {QStringLiteral("lookup"), QLatin1String(side)}};
+
+    QHash<QString, QVector<Figures>> results;
+    for (int run = 0; run < warmup + runs; ++run) {
+        const bool counted = run >= warmup;
+        out << (counted ? "run " : "warm-up ") << (counted ? run - warmup + 1 : run + 1) << ":";
+        for (const Case &c : qAsConst(cases)) {
+            out << " " << c.name << Qt::flush;
+            const Figures figures = runCase(c);
+            if (counted)
+                results[c.name] << figures;
+        }
+        out << Qt::endl;
+    }
+
+    auto figureMedian = [&](const QString &caseName, const QString &figure) {
+        QVector<double> values;
+        for (const Figures &figures : results.value(caseName))
+            values << figures.value(figure);
+        return median(values);
+    };
+
+    // Compared pairs: the ratio is taken run by run, then its median.
+    const QString L = QString::number(largest);
+    QList<Comparison> comparisons;
+    comparisons << Comparison{QStringLiteral("init_start_%1_vs_floor").arg(L),
+                              {QStringLiteral("es_") + L, QStringLiteral("init_start_ms")},
+                              {QStringLiteral("floor_") + L, QStringLiteral("load_ms")}, 1.5};
+    if (peer) {
+        comparisons << Comparison{QStringLiteral("init_start_%1_vs_peer").arg(L),
+                                  {QStringLiteral("es_") + L, QStringLiteral("init_start_ms")},
+                                  {QStringLiteral("peer_") + L, QStringLiteral("load_ms")}, 1.0};
+    }
+    comparisons << Comparison{QStringLiteral("warm_%1_vs_no_extensions").arg(L),
+                              {QStringLiteral("warm_") + L, QStringLiteral("ready_ms")},
+                              {QStringLiteral("points_") + L, QStringLiteral("ready_ms")}, 1.15};
+    comparisons << Comparison{QStringLiteral("cold_%1_vs_warm").arg(L),
+                              {QStringLiteral("cold_") + L, QStringLiteral("ready_ms")},
+                              {QStringLiteral("warm_") + L, QStringLiteral("ready_ms")}, 3.0};
+    for (int listeners : {1, 10, 100}) {
+        comparisons << Comparison{QStringLiteral("publish_%1_vs_plain").arg(listeners),
+                                  {QStringLiteral("events_%1_fw").arg(listeners), QStringLiteral("publish_ns")},
+                                  {QStringLiteral("events_%1_plain").arg(listeners), QStringLiteral("publish_ns")},
+                                  listeners == 10 ? 3.0 : 0.0};
+    }
+    comparisons << Comparison{QStringLiteral("lookup_100_vs_plain"),
+                              {QStringLiteral("lookup_fw"), QStringLiteral("lookup_ns")},
+                              {QStringLiteral("lookup_plain"), QStringLiteral("lookup_ns")}, 2.0};
+    if (sizes.size() > 1) {
+        const int previous = sizes.at(sizes.size() - 2);
+        const QString P = QString::number(previous);
+        comparisons << Comparison{QStringLiteral("per_plugin_%1_vs_%2").arg(L, P),
+                                  {QStringLiteral("es_") + L, QStringLiteral("init_start_ms"), double(largest)},
+                                  {QStringLiteral("es_") + P, QStringLiteral("init_start_ms"), double(previous)}, 1.3};
+        comparisons << Comparison{QStringLiteral("floor_per_plugin_%1_vs_%2").arg(L, P),
+                                  {QStringLiteral("floor_") + L, QStringLiteral("load_ms"), double(largest)},
+                                  {QStringLiteral("floor_") + P, QStringLiteral("load_ms"), double(previous)}, 0};
+        if (peer) {
+            comparisons << Comparison{QStringLiteral("peer_per_plugin_%1_vs_%2").arg(L, P),
+                                      {QStringLiteral("peer_") + L, QStringLiteral("load_ms"), double(largest)},
+                                      {QStringLiteral("peer_") + P, QStringLiteral("load_ms"), double(previous)}, 0};
+        }
+    }
+    // What opening two points per plug-in costs: one store query per point,
+    // whose text lists every active plug-in.
+    comparisons << Comparison{QStringLiteral("points_%1_vs_no_points").arg(L),
+                              {QStringLiteral("points_") + L, QStringLiteral("ready_ms")},
+                              {QStringLiteral("es_") + L, QStringLiteral("ready_ms")}, 0};
+    if (sizes.size() > 1) {
+        const int previous = sizes.at(sizes.size() - 2);
+        const QString P = QString::number(previous);
+        for (const char *prefix : {"points_", "warm_", "cold_"}) {
+            comparisons << Comparison{QStringLiteral("%1per_plugin_%2_vs_%3").arg(QLatin1String(prefix), L, P),
+                                      {QLatin1String(prefix) + L, QStringLiteral("ready_ms"), double(largest)},
+                                      {QLatin1String(prefix) + P, QStringLiteral("ready_ms"), double(previous)}, 0};
+        }
+    }
+    comparisons << Comparison{QStringLiteral("debug_output_%1_vs_off").arg(L),
+                              {QStringLiteral("log_") + L, QStringLiteral("init_start_ms")},
+                              {QStringLiteral("es_") + L, QStringLiteral("init_start_ms")}, 0};
+
+    auto ratioMedian = [&](const Comparison &comparison) {
+        const QVector<Figures> a = results.value(comparison.numerator.caseName);
+        const QVector<Figures> b = results.value(comparison.denominator.caseName);
+        QVector<double> ratios;
+        for (int i = 0; i < std::min(a.size(), b.size()); ++i) {
+            const double top = a.at(i).value(comparison.numerator.figure) / comparison.numerator.divisor;
+            const double bottom = b.at(i).value(comparison.denominator.figure) / comparison.denominator.divisor;
+            if (bottom > 0)
+                ratios << top / bottom;
+        }
+        return median(ratios);
+    };
+
+    // The table.
+    QString table;
+    QTextStream md(&table);
+    md << "Medians of " << runs << " runs after " << warmup << " warm-up run(s), each case a fresh process, "
+       << "cases alternating run by run; debug output off (`QT_LOGGING_RULES=\"*.debug=false\"`) "
+       << "except in the row marked so.\n\n";
+    md << "| Case | N | Figure | Median | Per plug-in | Peak RSS per plug-in |\n";
+    md << "|---|---:|---|---:|---:|---:|\n";
+    struct Row { QString prefix; QString label; QStringList figures; };
+    const QList<Row> rows{
+        {QStringLiteral("floor_"), QStringLiteral("floor: QPluginLoader load + instance + META.INF read"), {QStringLiteral("load_ms")}},
+        {QStringLiteral("es_"), QStringLiteral("framework: construct + init, start, stop"),
+         {QStringLiteral("init_ms"), QStringLiteral("start_ms"), QStringLiteral("init_start_ms"), QStringLiteral("ready_ms"), QStringLiteral("stop_ms")}},
+        {QStringLiteral("peer_"), QStringLiteral("KCoreAddons: findPlugins + instantiatePlugin"), {QStringLiteral("find_ms"), QStringLiteral("load_ms")}},
+        {QStringLiteral("points_"), QStringLiteral("framework, points opened, no extension files"),
+         {QStringLiteral("init_start_ms"), QStringLiteral("ready_ms")}},
+        {QStringLiteral("cold_"), QStringLiteral("framework, points, extension files, cold (no store)"), {QStringLiteral("init_start_ms"), QStringLiteral("ready_ms")}},
+        {QStringLiteral("warm_"), QStringLiteral("framework, points, extension files, warm (unchanged)"), {QStringLiteral("init_start_ms"), QStringLiteral("ready_ms")}},
+        {QStringLiteral("log_"), QStringLiteral("framework, debug output on, to /dev/null"), {QStringLiteral("init_start_ms"), QStringLiteral("ready_ms")}},
+    };
+    for (const Row &row : rows) {
+        for (int size : qAsConst(sizes)) {
+            const QString caseName = row.prefix + QString::number(size);
+            if (!results.contains(caseName))
+                continue;
+            const double rss = figureMedian(caseName, QStringLiteral("rss_kib"));
+            bool first = true;
+            for (const QString &figure : row.figures) {
+                const double value = figureMedian(caseName, figure);
+                QString name = figure;
+                name.chop(3);
+                md << "| " << (first ? row.label : QString()) << " | " << size << " | " << name << " | "
+                   << QString::number(value, 'f', 1) << " ms | " << QString::number(value * 1000 / size, 'f', 1)
+                   << QStringLiteral(" µs | ") << (first ? QString::number(rss / size, 'f', 1) + QStringLiteral(" KiB") : QString())
+                   << " |\n";
+                first = false;
+            }
+        }
+    }
+    for (int listeners : {1, 10, 100}) {
+        for (const char *side : {"fw", "plain"}) {
+            const QString caseName = QStringLiteral("events_%1_%2").arg(listeners).arg(QLatin1String(side));
+            md << "| " << (QLatin1String(side) == QLatin1String("fw") ? "publish through the plug-in context"
+                                                                      : "plain virtual-call loop, same listeners")
+               << " | " << listeners << " listeners | per event | "
+               << QString::number(figureMedian(caseName, QStringLiteral("publish_ns")), 'f', 1) << " ns | | |\n";
+        }
+    }
+    md << "| findServiceReferences, class with 100 services | 100 | per lookup | "
+       << QString::number(figureMedian(QStringLiteral("lookup_fw"), QStringLiteral("lookup_ns")), 'f', 1)
+       << " ns | | |\n";
+    md << "| plain QMultiHash::values, same references | 100 | per lookup | "
+       << QString::number(figureMedian(QStringLiteral("lookup_plain"), QStringLiteral("lookup_ns")), 'f', 1)
+       << " ns | | |\n";
+
+    md << "\n| Ratio (median of per-run ratios) | Median | Target | |\n|---|---:|---:|---|\n";
+    QStringList ratioLines;
+    for (const Comparison &comparison : qAsConst(comparisons)) {
+        if (!results.contains(comparison.numerator.caseName) || !results.contains(comparison.denominator.caseName))
+            continue;
+        const double ratio = ratioMedian(comparison);
+        const bool compared = comparison.target > 0;
+        const QString verdict = !compared ? QString() : ratio <= comparison.target ? QStringLiteral("ok")
+                                                                                  : QStringLiteral("MISS");
+        md << "| " << comparison.name << " | " << QString::number(ratio, 'f', 2) << " | "
+           << (compared ? QStringLiteral("≤ ") + QString::number(comparison.target, 'f', 2) : QStringLiteral("(shown)"))
+           << " | " << verdict << " |\n";
+        if (compared) {
+            ratioLines << QStringLiteral("RATIO %1 %2 %3 %4")
+                              .arg(comparison.name, QString::number(ratio, 'f', 2),
+                                   QString::number(comparison.target, 'f', 2), verdict);
+        }
+    }
+    for (const QString &note : qAsConst(notes))
+        md << "\n" << note << "\n";
+    md.flush();
+
+    if (!outFile.isEmpty()) {
+        QFile file(outFile);
+        if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Text))
+            die(QStringLiteral("cannot write %1").arg(outFile));
+        file.write(table.toUtf8());
+    }
+    out << Qt::endl << table << Qt::endl;
+    for (const QString &line : qAsConst(ratioLines))
+        out << line << Qt::endl;
+    return 0;
+}

@@ -1,0 +1,51 @@
+#!/usr/bin/env bash
+# Builds what the benchmarks need, runs the harness, writes benchmarks/results.md
+# and prints, last, one line per compared figure:
+#     RATIO <name> <median ratio> <target> <ok|MISS>
+#
+#     benchmarks/run.sh            sets of 10, 100 and 1000 plug-ins, 7 counted runs
+#     benchmarks/run.sh --quick    the set of 10 only, 3 counted runs (the CI smoke),
+#                                  written to <build>/benchmarks/results-quick.md
+#
+# ES_BENCH_BUILD_DIR chooses the build directory (default build-bench). Exits
+# non-zero when a case fails its checks, not when a ratio misses its target.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+quick=0
+[ "${1:-}" = "--quick" ] && quick=1
+
+ES_WITH_BENCHMARKS=1 bash scripts/setup.sh
+
+build=${ES_BENCH_BUILD_DIR:-build-bench}
+peer=OFF
+dpkg-query -W -f='${Status}' libkf5coreaddons-dev 2>/dev/null | grep -q "install ok installed" && peer=ON
+[ "$peer" = ON ] || echo "run.sh: libkf5coreaddons-dev is missing: the peer is left out"
+
+args=(-DES_BUILD_BENCHMARKS=ON -DES_BENCHMARK_PEER=$peer)
+if [ ! -f "$build/CMakeCache.txt" ]; then
+    # A tree of its own needs neither the tests nor the examples.
+    args+=(-DBUILD_TESTING=OFF -DES_BUILD_EXAMPLES=OFF)
+fi
+out=benchmarks/results.md
+if [ $quick = 1 ]; then
+    sizes=10; runs=3
+    # The smoke leaves the committed table alone.
+    out="$build/benchmarks/results-quick.md"
+    # Keep the sizes of a tree that has more; a new one gets only what it runs.
+    grep -q '^ES_BENCHMARK_SIZES:' "$build/CMakeCache.txt" 2>/dev/null || args+=(-DES_BENCHMARK_SIZES=10)
+else
+    sizes=10,100,1000; runs=7
+    args+=("-DES_BENCHMARK_SIZES=10;100;1000")
+fi
+
+cmake -S . -B "$build" "${args[@]}" >/dev/null
+targets=()
+for size in ${sizes//,/ }; do targets+=(--target "es_bench_set_$size"); done
+started=$(date +%s)
+cmake --build "$build" -j2 "${targets[@]}"
+built=$(( $(date +%s) - started ))
+
+"$build/benchmarks/bin/es-bench-harness" --dir "$build/benchmarks" --sizes "$sizes" --runs "$runs" --warmup 1 \
+    --peer "$peer" --out "$out" \
+    --note "Machine: $(nproc) cores, $(grep -m1 'model name' /proc/cpuinfo | cut -d: -f2 | sed 's/^ *//'). Build step of this run (incremental): ${built} s."
