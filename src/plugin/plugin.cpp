@@ -191,7 +191,9 @@ void Plugin::start()
     setState(PluginInfo::Starting);
     const QString translation = QStringLiteral("%1/languages/%2.qm")
                                     .arg(d->fileInfo.absolutePath(), QLocale::system().name());
-    if (d->translator.load(translation, QString(), QString(), QString()))
+    // Empty, not null: null arguments would make QTranslator try other names too.
+    const QString none(QLatin1String(""));
+    if (d->translator.load(translation, none, none, none))
         QCoreApplication::installTranslator(&d->translator);
     d->activator->start(d->pluginContext);
     setState(PluginInfo::Active);
