@@ -8,6 +8,7 @@
 #include <plugin/plugindependency.h>
 #include <plugin/plugininfo.h>
 #include <plugin/pluginmetadata.h>
+#include <plugin/pluginresolver.h>
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QDebug>
@@ -31,14 +32,15 @@ PluginPrivate::PluginPrivate(const QFileInfo &file, PluginFrameworkContext *cont
     , pluginContext(nullptr)
     , metaData(nullptr)
 {
+    loader.setLoadHints(PluginResolver::libraryLoadHints());
     if (!loader.load() && !loader.isLoaded()) {
-        error = 6;
+        error = Plugin::LoadError;
         errorString = QObject::tr("Cannot load plugin library: %1, error: %2")
                           .arg(fileInfo.fileName(), loader.errorString());
         qDebug() << "[ERROR] loading:" << fileInfo.fileName() << ">" << loader.errorString();
     }
     if (!loader.instance()) {
-        error = 7;
+        error = Plugin::InstanceError;
         errorString = QObject::tr("Cannot instance plugin library: %1, error: %2")
                           .arg(fileInfo.fileName(), loader.errorString());
         qDebug() << "[ERROR] loading:" << fileInfo.fileName() << ">" << loader.errorString();
@@ -73,7 +75,7 @@ void PluginPrivate::handleError(int error, const QString &errorString)
 
 void PluginPrivate::clearError()
 {
-    error = 0;
+    error = Plugin::NoError;
     errorString = QObject::tr("No Error");
 }
 
@@ -121,6 +123,11 @@ QString Plugin::version() const
     return d->metaData ? d->metaData->version() : QString();
 }
 
+QString Plugin::loaderErrorString() const
+{
+    return d_func()->loader.errorString();
+}
+
 QDir Plugin::location() const
 {
     return d_func()->fileInfo.absoluteDir();
@@ -160,7 +167,7 @@ void Plugin::start()
     case PluginInfo::Starting:
     case PluginInfo::Stopping:
         // The text keeps its "%1": it is reported as it stands.
-        d->handleError(1, tr("The Plugin: %1 is in starting progress"));
+        d->handleError(InStartingError, tr("The Plugin: %1 is in starting progress"));
         return;
     case PluginInfo::Installed: {
         QStringList dependencies;
@@ -169,12 +176,12 @@ void Plugin::start()
             for (const PluginDependency &dependency : list)
                 dependencies << QStringLiteral("%1: v%2").arg(dependency.symbolic(), dependency.version());
         }
-        d->handleError(4, tr("The Plugin: %1 is not resolved, dependency: %2")
+        d->handleError(NotResolvedError, tr("The Plugin: %1 is not resolved, dependency: %2")
                               .arg(d->loader.fileName(), dependencies.join(QStringLiteral(", "))));
         return;
     }
     case PluginInfo::Uninstalled:
-        d->handleError(5, tr("The Plugin: %1 is not installed").arg(d->loader.fileName()));
+        d->handleError(NotInstalledError, tr("The Plugin: %1 is not installed").arg(d->loader.fileName()));
         return;
     default: // Active
         return;
@@ -183,7 +190,7 @@ void Plugin::start()
     d->activator = qobject_cast<IPluginActivator *>(d->loader.instance());
     if (!d->activator) {
         // Without an activator there is nothing to start: stay Resolved and say why.
-        d->handleError(8, tr("Cannot start plugin: %1, its root object does not implement %2")
+        d->handleError(NoActivatorError, tr("Cannot start plugin: %1, its root object does not implement %2")
                               .arg(d->loader.fileName(), QStringLiteral(ExtensionSystem_IPluginActivator_iid)));
         return;
     }
@@ -207,13 +214,13 @@ void Plugin::stop()
     case PluginInfo::Active:
         break;
     case PluginInfo::Starting:
-        d->handleError(1, tr("The Plugin: %1 is in starting progress"));
+        d->handleError(InStartingError, tr("The Plugin: %1 is in starting progress"));
         return;
     case PluginInfo::Stopping:
-        d->handleError(2, tr("The Plugin: %1 is in stopping progress"));
+        d->handleError(InStoppingError, tr("The Plugin: %1 is in stopping progress"));
         return;
     default:
-        d->handleError(3, tr("The Plugin: %1 is not actived"));
+        d->handleError(NotActiveError, tr("The Plugin: %1 is not actived"));
         return;
     }
 

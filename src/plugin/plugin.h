@@ -24,6 +24,19 @@ class EXTENSIONSYSTEM_AUTOTEST_EXPORT Plugin : public QObject
     Q_OBJECT
     ES_DECLARE_PRIVATE(Plugin)
 public:
+    // The numbers of error(); after a metadata failure error() holds the metadata's own.
+    enum Error {
+        NoError = 0,
+        InStartingError = 1,
+        InStoppingError = 2,
+        NotActiveError = 3,
+        NotResolvedError = 4,
+        NotInstalledError = 5,
+        LoadError = 6,
+        InstanceError = 7,
+        NoActivatorError = 8
+    };
+
     Plugin(const QFileInfo &file, Internal::PluginFrameworkContext *context, QObject *parent);
     ~Plugin() override;
 
@@ -32,6 +45,8 @@ public:
     QString errorString() const;
     QString symbolic() const;
     QString version() const;
+    // What the library loader said about this library; meaningful when it did not load.
+    QString loaderErrorString() const;
     QDir location() const;
     QFileInfo fileInfo() const;
     const PluginMetaData *metaData() const;

@@ -8,6 +8,7 @@
 #include <plugin/plugin.h>
 #include <plugin/pluginloadqueue.h>
 #include <plugin/pluginmetadata.h>
+#include <plugin/pluginresolver.h>
 
 #include <QtCore/QDebug>
 #include <QtCore/QFile>
@@ -57,6 +58,7 @@ PluginManagerPrivate::PluginManagerPrivate(PluginFrameworkContext *context)
     , pluginCount(0)
     , watcher(new QFileSystemWatcher)
 {
+    loadQueue->setMembers(this);
     if (context->config->watchPluginsDirectory())
         watcher->addPath(PluginFrameworkConfig::pluginsDir().path());
 }
@@ -123,6 +125,11 @@ bool PluginManagerPrivate::installFile(const QFileInfo &fileinfo)
     const QString symbolic = plugin->symbolic();
     if (plugins.value(symbolic)) {
         handleError(5, QObject::tr("Exists the same symbolic, symbolic: %1").arg(symbolic));
+        PluginProblem reason = PluginResolver::libraryProblem(fileinfo.completeBaseName(), plugin->metaData(),
+                                                              plugin->loaderErrorString());
+        if (!reason.isProblem())
+            reason = PluginProblem(PluginProblem::DuplicateName, symbolic, plugins.value(symbolic)->fileInfo().filePath());
+        refuse(plugin, reason);
         plugin->deleteLater();
         return false;
     }
@@ -137,12 +144,14 @@ bool PluginManagerPrivate::installFile(const QFileInfo &fileinfo)
     }
     if (policy == PluginFrameworkConfig::PolicyDisable) {
         handleError(9, QObject::tr("Plugin: '%1' in the blacklist, cannot install it!").arg(symbolic));
+        refuse(plugin, PluginProblem(PluginProblem::Blacklisted, symbolic));
         plugin->deleteLater();
         return false;
     }
     if (policy == PluginFrameworkConfig::PolicyUndefine && context->config->loadEnabledPluginOnly()) {
         handleError(10, QObject::tr("Plugin: '%1' not in the whitelist, and loadEnabledPluginOnly is ON, "
                                     "cannot install it!").arg(symbolic));
+        refuse(plugin, PluginProblem(PluginProblem::NotWhitelisted, symbolic));
         plugin->deleteLater();
         return false;
     }
@@ -152,13 +161,64 @@ bool PluginManagerPrivate::installFile(const QFileInfo &fileinfo)
     QObject::connect(plugin, &Plugin::stateChanged, q, &PluginManager::pluginStateChanaged);
     pluginFiles.insert(fileinfo.filePath(), plugin);
     plugins.insert(symbolic, plugin);
-    loadQueue->add(plugin);
+    refusals.remove(symbolic);
+    loadQueue->add(symbolic);
     emit q->installed(symbolic);
     // The change to Installed happened before the connection above existed.
     pluginStateChanaged(symbolic, PluginInfo::Uninstalled, PluginInfo::Installed);
     if (scanDone)
         emit q->loadingQueueChanged(loadQueue->queue());
     return true;
+}
+
+void PluginManagerPrivate::refuse(Plugin *plugin, const PluginProblem &reason)
+{
+    // A duplicate's name belongs to the plug-in that holds it; the file is known by its base name.
+    QStringList keys{plugin->fileInfo().completeBaseName(), plugin->fileInfo().baseName()};
+    if (reason.reason() != PluginProblem::DuplicateName)
+        keys.prepend(plugin->symbolic());
+    for (const QString &key : qAsConst(keys)) {
+        if (!key.isEmpty() && !refusals.contains(key))
+            refusals.insert(key, reason);
+    }
+}
+
+// A library without a usable symbolic name, asked for by its file's base name.
+Plugin *PluginManagerPrivate::findByBaseName(const QString &name) const
+{
+    Plugin *found = nullptr;
+    for (Plugin *plugin : pluginFiles) {
+        if (!plugin)
+            continue;
+        if (plugin->fileInfo().completeBaseName() == name)
+            return plugin;
+        if (!found && plugin->fileInfo().baseName() == name)
+            found = plugin;
+    }
+    return found;
+}
+
+PluginMetaData *PluginManagerPrivate::memberMetaData(const QString &symbolic) const
+{
+    Plugin *plugin = plugins.value(symbolic);
+    // The queue keeps the resolution flags on the plug-in's own metadata; nothing else changes it.
+    return plugin ? const_cast<PluginMetaData *>(plugin->metaData()) : nullptr;
+}
+
+void PluginManagerPrivate::memberResolved(const QString &symbolic)
+{
+    if (Plugin *plugin = plugins.value(symbolic))
+        plugin->setState(PluginInfo::Resolved);
+}
+
+QStringList PluginManagerPrivate::memberNames() const
+{
+    return plugins.keys();
+}
+
+PluginProblem PluginManagerPrivate::memberRefusal(const QString &symbolic) const
+{
+    return refusals.value(symbolic);
 }
 
 void PluginManagerPrivate::pluginStateChanaged(const QString &symbolic, int from, int to)
@@ -247,7 +307,6 @@ PluginManager::PluginManager(PluginFrameworkContext *context, QObject *parent)
     : QObject(*new PluginManagerPrivate(context), parent)
 {
     Q_D(PluginManager);
-    d->loadQueue->setManager(this);
     connect(d->watcher, SIGNAL(directoryChanged(QString)), this, SLOT(pluginDirectoryChanged(QString)),
             Qt::QueuedConnection);
 }
@@ -289,6 +348,33 @@ QList<PluginInfo> PluginManager::pluginInfos() const
 QStringList PluginManager::loadQueue() const
 {
     return d_func()->loadQueue->queue();
+}
+
+QList<PluginProblem> PluginManager::problems(const QString &name) const
+{
+    Q_D(const PluginManager);
+    Plugin *plugin = d->plugins.value(name);
+    if (!plugin)
+        plugin = d->findByBaseName(name);
+    if (!plugin)
+        return {d->refusals.value(name, PluginProblem(PluginProblem::UnknownPlugin, name))};
+
+    const PluginProblem fileProblem = PluginResolver::libraryProblem(name, plugin->metaData(),
+                                                                     plugin->loaderErrorString());
+    if (fileProblem.isProblem())
+        return {fileProblem};
+    switch (plugin->state()) {
+    case PluginInfo::Installed: {
+        const QList<PluginProblem> found = d->loadQueue->problems(plugin->symbolic());
+        return found.isEmpty() ? QList<PluginProblem>{PluginProblem(PluginProblem::NotResolved, name)} : found;
+    }
+    case PluginInfo::Resolved:
+        if (plugin->error() == Plugin::NoActivatorError)
+            return {PluginProblem(PluginProblem::NoActivator, name)};
+        return {PluginProblem(PluginProblem::NotStarted, name)};
+    default: // starting, running or stopping
+        return {};
+    }
 }
 
 void PluginManager::install(QDir pluginDir)

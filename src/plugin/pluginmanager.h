@@ -5,6 +5,7 @@
 
 #include <framework/pluginframeworkconfig.h>
 #include <plugin/plugininfo.h>
+#include <plugin/pluginproblem.h>
 
 #include <QtCore/QDir>
 #include <QtCore/QFileInfo>
@@ -38,6 +39,9 @@ public:
     PluginInfo pluginInfo(const QString &symbolic) const;
     QList<PluginInfo> pluginInfos() const;
     QStringList loadQueue() const;
+    // Why the plug-in of that symbolic name, or the library of that base name, is
+    // not running: empty while it runs, otherwise the reasons, the first one first.
+    QList<PluginProblem> problems(const QString &name) const;
 
 signals:
     void errorOccured(int error, QString errorString);

@@ -3,6 +3,9 @@
 
 #include "pluginmanager.h"
 
+#include <plugin/pluginloadqueue.h>
+#include <plugin/pluginproblem.h>
+
 #include <QtCore/QHash>
 #include <QtCore/QMap>
 #include <QtCore/private/qobject_p.h>
@@ -14,9 +17,7 @@ QT_END_NAMESPACE
 namespace ExtensionSystem {
 namespace Internal {
 
-class PluginLoadQueue;
-
-class PluginManagerPrivate : public QObjectPrivate
+class PluginManagerPrivate : public QObjectPrivate, public PluginLoadQueue::Members
 {
     ES_DECLARE_PUBLIC(PluginManager)
 public:
@@ -31,6 +32,14 @@ public:
     void stop(const QString &symbolic);
     void startStep(Plugin *plugin);
     void stopStep(Plugin *plugin);
+    void refuse(Plugin *plugin, const PluginProblem &reason);
+    Plugin *findByBaseName(const QString &name) const;
+
+    // The load queue's view of the installed plug-ins.
+    PluginMetaData *memberMetaData(const QString &symbolic) const override;
+    void memberResolved(const QString &symbolic) override;
+    QStringList memberNames() const override;
+    PluginProblem memberRefusal(const QString &symbolic) const override;
 
     PluginFrameworkContext *context;
     bool scanDone;
@@ -42,6 +51,9 @@ public:
     QMap<QString, PluginInfo> pluginInfos;
     int pluginCount;
     QFileSystemWatcher *watcher;
+    // Why a library was refused at installation: by symbolic name, and by its
+    // file's base name when the name itself says nothing.
+    QHash<QString, PluginProblem> refusals;
 };
 
 } // namespace Internal

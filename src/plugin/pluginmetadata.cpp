@@ -23,7 +23,7 @@ PluginMetaDataPrivate::PluginMetaDataPrivate(const QString &filepath)
     : filepath(filepath)
     , valid(false)
     , dependencyResolved(false)
-    , error(NoError)
+    , error(PluginMetaData::NoError)
     , errorString(QObject::tr("No Error"))
     , eager(false)
 {
@@ -34,7 +34,7 @@ void PluginMetaDataPrivate::read()
     QFile file(filepath);
     if (!file.open(QIODevice::ReadOnly)) {
         qDebug() << "[ERROR] > Cannot open the meta file:" << filepath;
-        setError(OpenError, QObject::tr("Cannot open the meta file: %1").arg(filepath));
+        setError(PluginMetaData::OpenError, QObject::tr("Cannot open the meta file: %1").arg(filepath));
         return;
     }
 
@@ -48,7 +48,7 @@ void PluginMetaDataPrivate::read()
     file.close();
 
     if (symbolic.isEmpty()) {
-        setError(FormatError, QObject::tr("The meta file format invalid: %1").arg(filepath));
+        setError(PluginMetaData::FormatError, QObject::tr("The meta file format invalid: %1").arg(filepath));
         return;
     }
     valid = true;
@@ -111,7 +111,7 @@ void PluginMetaDataPrivate::setError(int code, const QString &text)
 
 void PluginMetaDataPrivate::clearError()
 {
-    error = NoError;
+    error = PluginMetaData::NoError;
     errorString = QObject::tr("No Error");
 }
 

@@ -20,6 +20,13 @@ class EXTENSIONSYSTEM_EXPORT PluginMetaData
     ES_DECLARE_PRIVATE(PluginMetaData)
 
 public:
+    // The numbers of error().
+    enum Error {
+        NoError = 0,
+        OpenError = 1,   // the file cannot be opened (a library without META.INF)
+        FormatError = 2  // the file names no symbolic
+    };
+
     explicit PluginMetaData(const QString &filepath);
     ~PluginMetaData();
 

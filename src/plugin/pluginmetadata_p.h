@@ -13,12 +13,6 @@ namespace Internal {
 class EXTENSIONSYSTEM_AUTOTEST_EXPORT PluginMetaDataPrivate
 {
 public:
-    enum Error {
-        NoError = 0,
-        OpenError = 1,
-        FormatError = 2
-    };
-
     explicit PluginMetaDataPrivate(const QString &filepath);
 
     void read();

@@ -10,7 +10,6 @@
 #include <QtCore/QFile>
 #include <QtCore/QFileInfo>
 #include <QtCore/QPluginLoader>
-#include <QtCore/QQueue>
 #include <QtCore/QSettings>
 #include <QtCore/QSet>
 
@@ -37,16 +36,6 @@ QSet<QString> metaResources()
             found.insert(path);
     }
     return found;
-}
-
-QString shownVersion(const QString &version)
-{
-    return version.isEmpty() ? QObject::tr("no version (counts as 0.0.0)") : version;
-}
-
-QString shownName(const QString &symbolic)
-{
-    return symbolic.isEmpty() ? QObject::tr("(no name)") : symbolic;
 }
 
 } // namespace
@@ -103,6 +92,7 @@ void Inspector::run()
     scan();
     for (size_t i = 0; i < m_plugins.size(); ++i)
         install(int(i));
+    m_queue = m_resolver.queue();
     for (int i = 0; i < m_queue.size(); ++i)
         m_plugins[size_t(m_installed.value(m_queue.at(i)))].queuePosition = i;
     for (PluginRecord &record : m_plugins)
@@ -165,6 +155,7 @@ void Inspector::load(PluginRecord &record)
 {
     const QSet<QString> before = metaResources();
     QPluginLoader loader(record.filePath);
+    loader.setLoadHints(PluginResolver::libraryLoadHints());
     loader.load();
     QObject *root = loader.instance();
     if (!root) {
@@ -179,7 +170,7 @@ void Inspector::load(PluginRecord &record)
     record.resourcePath = PluginConstance::PLUGIN_METAFILE.arg(base);
     record.metaData = std::make_shared<PluginMetaData>(record.resourcePath);
     record.symbolic = record.metaData->symbolic();
-    if (record.metaData->error() == 1) {
+    if (record.metaData->error() == PluginMetaData::OpenError) {
         QSet<QString> brought = metaResources() - before;
         brought.remove(record.resourcePath);
         record.foreignResources = brought.values();
@@ -195,244 +186,49 @@ void Inspector::install(int index)
     if (const PluginRecord *first = installed(record.symbolic)) {
         record.refusal = PluginRecord::Duplicate;
         record.duplicateOf = first->relativePath;
+        record.refusalReason = PluginProblem(PluginProblem::DuplicateName, record.symbolic, record.duplicateOf);
         return;
     }
     record.policy = policy(record.symbolic);
     if (record.policy == PluginFrameworkConfig::PolicyDisable) {
         record.refusal = PluginRecord::Blacklisted;
-        return;
-    }
-    if (record.policy == PluginFrameworkConfig::PolicyUndefine && m_loadEnabledPluginOnly) {
+        record.refusalReason = PluginProblem(PluginProblem::Blacklisted, record.symbolic,
+                                             m_policies.value(record.symbolic));
+    } else if (record.policy == PluginFrameworkConfig::PolicyUndefine && m_loadEnabledPluginOnly) {
         record.refusal = PluginRecord::NotWhitelisted;
+        record.refusalReason = PluginProblem(PluginProblem::NotWhitelisted, record.symbolic);
+    }
+    if (record.refusal != PluginRecord::NotRefused) {
+        m_resolver.refuse(record.symbolic, record.refusalReason);
         return;
     }
     m_installed.insert(record.symbolic, index);
-    if (record.metaData && !m_queue.contains(record.symbolic))
-        resolve(index);
-}
-
-// The load queue's rule, step for step: a plug-in enters once every dependency is
-// in the queue and compatible; whoever waited for it is tried again, newest wait first.
-bool Inspector::resolve(int index)
-{
-    PluginRecord &record = m_plugins[size_t(index)];
-    PluginMetaData *metaData = record.metaData.get();
-    if (!metaData)
-        return false;
-    const QString self = record.symbolic;
-    const QList<PluginDependency> dependencies = metaData->dependencies();
-
-    if (!dependencies.isEmpty() && !metaData->dependencyResolved()) {
-        for (const PluginDependency &dependency : dependencies) {
-            if (dependency.symbolic() == self)
-                continue;
-            const PluginRecord *provider = m_queue.contains(dependency.symbolic())
-                                               ? installed(dependency.symbolic()) : nullptr;
-            if (provider && provider->metaData
-                && dependency.checkCompatible(provider->symbolic, provider->metaData->version(),
-                                              provider->metaData->compatVersion())) {
-                metaData->setDependencyResolved(dependency.symbolic(), true);
-            }
-            m_waitingFor.insert(self, dependency.symbolic());
-            m_waitedBy.insert(dependency.symbolic(), self);
-        }
-    }
-    if (!metaData->dependencyResolved())
-        return false;
-
-    if (!m_queue.contains(self))
-        m_queue.append(self);
-
-    const QStringList waited = m_waitingFor.values(self);
-    for (const QString &name : waited)
-        m_waitedBy.remove(name, self);
-    m_waitingFor.remove(self);
-
-    const QStringList waiting = m_waitedBy.values(self);
-    for (const QString &name : waiting) {
-        const int waiter = m_installed.value(name, -1);
-        if (waiter >= 0)
-            resolve(waiter);
-    }
-    return true;
-}
-
-// Dependencies of an unresolved plug-in that are installed, compatible and
-// themselves unresolved: the edges along which a cycle can run.
-QStringList Inspector::successors(const PluginRecord &record) const
-{
-    QStringList names;
-    if (!record.metaData || record.resolves())
-        return names;
-    const QList<PluginDependency> dependencies = record.metaData->dependencies();
-    for (const PluginDependency &dependency : dependencies) {
-        const PluginRecord *provider = installed(dependency.symbolic());
-        if (dependency.isResolved() || dependency.symbolic() == record.symbolic || !provider
-            || !provider->metaData || provider->resolves())
-            continue;
-        if (dependency.checkCompatible(provider->symbolic, provider->metaData->version(),
-                                       provider->metaData->compatVersion()))
-            names << provider->symbolic;
-    }
-    return names;
-}
-
-bool Inspector::reaches(const QString &from, const QString &to) const
-{
-    QSet<QString> seen{from};
-    QQueue<QString> open;
-    open.enqueue(from);
-    while (!open.isEmpty()) {
-        const QString name = open.dequeue();
-        if (name == to)
-            return true;
-        const QStringList next = successors(*installed(name));
-        for (const QString &n : next) {
-            if (!seen.contains(n)) {
-                seen.insert(n);
-                open.enqueue(n);
-            }
-        }
-    }
-    return false;
-}
-
-// The shortest cycle through a plug-in, first name repeated at the end, or empty.
-QStringList Inspector::cycleThrough(const QString &symbolic) const
-{
-    QHash<QString, QString> parent;
-    QQueue<QString> open;
-    open.enqueue(symbolic);
-    while (!open.isEmpty()) {
-        const QString name = open.dequeue();
-        const QStringList next = successors(*installed(name));
-        for (const QString &n : next) {
-            if (n == symbolic) {
-                QStringList cycle{symbolic};
-                for (QString at = name; at != symbolic; at = parent.value(at))
-                    cycle.prepend(at);
-                cycle.prepend(symbolic);
-                return cycle;
-            }
-            if (!parent.contains(n)) {
-                parent.insert(n, name);
-                open.enqueue(n);
-            }
-        }
-    }
-    return QStringList();
+    m_resolver.install(record.symbolic, record.metaData.get());
 }
 
 void Inspector::explain(PluginRecord &record)
 {
     // What is wrong with the file itself comes first: the framework meets it on loading.
-    if (!record.metaData) {
-        record.problem = PluginRecord::LoadFailed;
-        record.reasons << QObject::tr("library fails to load: %1").arg(record.loadError);
-    } else if (record.metaData->error() == 1) {
-        record.problem = PluginRecord::NoMetaFile;
-        QString text = QObject::tr("no META.INF at %1: a library carries its metadata as a resource "
-                                   "under its own base name").arg(record.resourcePath);
+    const PluginProblem fileProblem = PluginResolver::libraryProblem(record.symbolic, record.metaData.get(),
+                                                                     record.loadError);
+    if (fileProblem.isProblem()) {
+        record.problem = fileProblem.reason();
+        QString text = fileProblem.text();
         if (!record.foreignResources.isEmpty())
             text += QObject::tr(" (this one carries %1: was the file renamed?)")
                         .arg(record.foreignResources.join(QStringLiteral(", ")));
         record.reasons << text;
-    } else if (!record.metaData->isValid()) {
-        record.problem = PluginRecord::InvalidMetaFile;
-        record.reasons << QObject::tr("META.INF at %1 names no symbolic").arg(record.resourcePath);
     }
-
-    switch (record.refusal) {
-    case PluginRecord::Duplicate:
-        record.reasons << QObject::tr("same symbolic name %1 as %2, which comes first in directory order: "
-                                      "this file is refused")
-                              .arg(shownName(record.symbolic), record.duplicateOf);
-        return;
-    case PluginRecord::Blacklisted:
-        record.reasons << QObject::tr("blacklisted: config.ini sets Plugin/%1 to \"%2\"")
-                              .arg(record.symbolic, m_policies.value(record.symbolic));
-        return;
-    case PluginRecord::NotWhitelisted:
-        record.reasons << QObject::tr("not whitelisted: loadEnabledPluginOnly is on and config.ini has no "
-                                      "\"enable\" for Plugin/%1")
-                              .arg(shownName(record.symbolic));
-        return;
-    case PluginRecord::NotRefused:
-        break;
-    }
-    if (record.problem != PluginRecord::NoProblem || record.resolves())
-        return;
-
-    const PluginMetaData &metaData = *record.metaData;
-    record.problem = PluginRecord::Unresolved;
-    const QList<PluginDependency> dependencies = metaData.dependencies();
-    if (dependencies.isEmpty() && !metaData.dependencyResolved()) {
-        record.problem = PluginRecord::NoDependencyLine;
-        record.reasons << QObject::tr("no `dependency` line in META.INF: a plug-in without dependencies "
-                                      "needs an empty `dependency:` line");
+    if (record.refusal != PluginRecord::NotRefused) {
+        record.reasons << record.refusalReason.text();
         return;
     }
+    if (record.problem != PluginProblem::NoProblem || record.resolves())
+        return;
 
-    auto because = [&record](PluginRecord::Problem problem, const QString &text) {
-        if (record.problem == PluginRecord::Unresolved)
-            record.problem = problem;
-        record.reasons << text;
-    };
-    const QStringList cycle = cycleThrough(record.symbolic);
-    if (!cycle.isEmpty())
-        because(PluginRecord::Cycle, QObject::tr("dependency cycle: %1").arg(cycle.join(QStringLiteral(" -> "))));
-
-    for (const PluginDependency &dependency : dependencies) {
-        if (dependency.isResolved())
-            continue;
-        const QString name = dependency.symbolic();
-        const QString needed = shownVersion(dependency.version());
-        if (name == record.symbolic) {
-            because(PluginRecord::SelfDependency,
-                    QObject::tr("depends on itself (%1 %2): such a dependency is never met").arg(name, needed));
-            continue;
-        }
-        const PluginRecord *provider = installed(name);
-        if (!provider) {
-            QString text = QObject::tr("missing dependency: needs %1 %2, which is not installed").arg(name, needed);
-            for (const PluginRecord &other : m_plugins) {
-                if (other.symbolic == name && other.refusal != PluginRecord::NotRefused) {
-                    text += QObject::tr(" (%1 is refused: see %2)").arg(name, other.relativePath);
-                    break;
-                }
-                if (other.refusal == PluginRecord::NotRefused && other.symbolic.compare(name, Qt::CaseInsensitive) == 0) {
-                    text += QObject::tr(" (there is %1, but names are case-sensitive)").arg(other.symbolic);
-                    break;
-                }
-            }
-            because(PluginRecord::MissingDependency, text);
-            continue;
-        }
-        if (!provider->metaData) {
-            because(PluginRecord::UnresolvedDependency, QObject::tr("depends on %1, which does not resolve").arg(name));
-            continue;
-        }
-        const QString version = provider->metaData->version();
-        const QString compatVersion = provider->metaData->compatVersion();
-        if (!dependency.checkCompatible(provider->symbolic, version, compatVersion)) {
-            because(PluginRecord::IncompatibleVersion,
-                    QObject::tr("incompatible version: needs %1 %2 but %1 is %3 (compatible back to %4)")
-                        .arg(name, needed, shownVersion(version),
-                             compatVersion.isEmpty() ? QStringLiteral("0.0.0") : compatVersion));
-            continue;
-        }
-        if (provider->resolves()) {
-            // Dependencies are filed under lower-case names but marked met under the
-            // name as written, so a name with capitals is never marked.
-            because(PluginRecord::CapitalisedDependency,
-                    QObject::tr("depends on %1, written with capitals: dependencies are filed in lower case, "
-                                "so this one is never counted as met").arg(name));
-            continue;
-        }
-        if (!cycle.isEmpty() && reaches(name, record.symbolic))
-            continue; // told as the cycle above
-        because(PluginRecord::UnresolvedDependency, QObject::tr("depends on %1, which does not resolve").arg(name));
-    }
-    if (record.reasons.isEmpty())
-        record.reasons << QObject::tr("does not resolve, for a reason this tool cannot name");
+    const QList<PluginProblem> problems = m_resolver.problems(record.symbolic);
+    for (const PluginProblem &problem : problems)
+        record.reasons << problem.text();
+    if (!problems.isEmpty())
+        record.problem = problems.first().reason();
 }

@@ -1,6 +1,9 @@
 #ifndef ESINSPECT_INSPECTOR_H
 #define ESINSPECT_INSPECTOR_H
 
+#include <plugin/pluginproblem.h>
+#include <plugin/pluginresolver.h>
+
 #include <QtCore/QDir>
 #include <QtCore/QHash>
 #include <QtCore/QString>
@@ -17,12 +20,6 @@ class PluginMetaData;
 struct PluginRecord
 {
     enum Refusal { NotRefused, Duplicate, Blacklisted, NotWhitelisted };
-    enum Problem {
-        NoProblem, LoadFailed, NoMetaFile, InvalidMetaFile, NoDependencyLine,
-        // the first of the reasons why the dependencies are not met
-        Unresolved, Cycle, SelfDependency, MissingDependency, IncompatibleVersion,
-        UnresolvedDependency, CapitalisedDependency
-    };
 
     QString filePath;          // absolute
     QString relativePath;      // below the application directory
@@ -35,8 +32,10 @@ struct PluginRecord
     int policy = 0;
     Refusal refusal = NotRefused;
     QString duplicateOf;       // relative path of the file that kept the name
+    ExtensionSystem::PluginProblem refusalReason;
     int queuePosition = -1;    // -1 when it does not resolve
-    Problem problem = NoProblem; // the first thing that keeps it out of the queue
+    // the first thing that keeps it out of the queue
+    ExtensionSystem::PluginProblem::Reason problem = ExtensionSystem::PluginProblem::NoProblem;
     QStringList reasons;       // why it does not resolve, in plain words
 
     bool resolves() const { return queuePosition >= 0; }
@@ -75,11 +74,7 @@ private:
     void readConfiguration();
     int policy(const QString &symbolic) const;
     void install(int index);
-    bool resolve(int index);
     void explain(PluginRecord &record);
-    QStringList successors(const PluginRecord &record) const;
-    QStringList cycleThrough(const QString &symbolic) const;
-    bool reaches(const QString &from, const QString &to) const;
     QString relative(const QString &path) const;
 
     QDir m_applicationDir;
@@ -88,9 +83,9 @@ private:
     QHash<QString, QString> m_policies; // symbolic name to the raw text in config.ini
     std::vector<PluginRecord> m_plugins;
     QHash<QString, int> m_installed;
+    // The framework's own rule orders the plug-ins and names what keeps one out.
+    ExtensionSystem::PluginResolver m_resolver;
     QStringList m_queue;
-    QMultiHash<QString, QString> m_waitingFor;
-    QMultiHash<QString, QString> m_waitedBy;
     QStringList m_notes;
 };
 

@@ -74,23 +74,23 @@ QString statusWord(const PluginRecord &record)
         break;
     }
     switch (record.problem) {
-    case PluginRecord::LoadFailed:
+    case PluginProblem::LoadFailed:
         return QObject::tr("fails to load");
-    case PluginRecord::NoMetaFile:
+    case PluginProblem::NoMetaFile:
         return QObject::tr("no META.INF");
-    case PluginRecord::InvalidMetaFile:
+    case PluginProblem::InvalidMetaFile:
         return QObject::tr("invalid META.INF");
-    case PluginRecord::NoDependencyLine:
+    case PluginProblem::NoDependencyLine:
         return QObject::tr("no dependency line");
-    case PluginRecord::Cycle:
+    case PluginProblem::DependencyCycle:
         return QObject::tr("dependency cycle");
-    case PluginRecord::SelfDependency:
+    case PluginProblem::SelfDependency:
         return QObject::tr("depends on itself");
-    case PluginRecord::MissingDependency:
+    case PluginProblem::MissingDependency:
         return QObject::tr("missing dependency");
-    case PluginRecord::IncompatibleVersion:
+    case PluginProblem::IncompatibleVersion:
         return QObject::tr("incompatible version");
-    case PluginRecord::UnresolvedDependency:
+    case PluginProblem::UnresolvedDependency:
         return QObject::tr("dependency unresolved");
     default:
         return QObject::tr("unresolved");
@@ -105,9 +105,9 @@ QString statusColour(const PluginRecord &record)
         return QStringLiteral("lightgrey");
     // A broken file is orange, a sound one that waits in vain is pink.
     switch (record.problem) {
-    case PluginRecord::LoadFailed:
-    case PluginRecord::NoMetaFile:
-    case PluginRecord::InvalidMetaFile:
+    case PluginProblem::LoadFailed:
+    case PluginProblem::NoMetaFile:
+    case PluginProblem::InvalidMetaFile:
         return QStringLiteral("orange");
     default:
         return QStringLiteral("lightpink");
@@ -178,8 +178,7 @@ void Report::writeText(QTextStream &out) const
         for (const QString &reason : record.reasons)
             line(QObject::tr("why"), reason);
         if (record.metaData && !record.activator) {
-            line(QObject::tr("note"), QObject::tr("the root object does not implement %1: starting it will fail")
-                                          .arg(QStringLiteral("extensionsystem.ipluginactivator/1.0")));
+            line(QObject::tr("note"), PluginProblem(PluginProblem::NoActivator, record.symbolic).text());
         }
         out << '\n';
     }

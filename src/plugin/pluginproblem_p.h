@@ -1,0 +1,27 @@
+#ifndef EXTENSIONSYSTEM_PLUGINPROBLEM_P_H
+#define EXTENSIONSYSTEM_PLUGINPROBLEM_P_H
+
+#include "pluginproblem.h"
+
+#include <QtCore/QSharedData>
+
+namespace ExtensionSystem {
+namespace Internal {
+
+class PluginProblemPrivate : public QSharedData
+{
+public:
+    PluginProblem::Reason reason = PluginProblem::NoProblem;
+    QString plugin;
+    QString detail;
+    QString dependency;
+    QString requiredVersion;
+    QString providedVersion;
+    QString providedCompatVersion;
+    QStringList cycle;
+};
+
+} // namespace Internal
+} // namespace ExtensionSystem
+
+#endif // EXTENSIONSYSTEM_PLUGINPROBLEM_P_H
