@@ -2,15 +2,43 @@
 #     METADATA <path to META.INF>
 #     [EXTENSION <path to extension.xml>]
 #     [OUTPUT_DIRECTORY <dir>]        # default: ${CMAKE_BINARY_DIR}/plugins/<target>
+#     [ALLOW_UNDEFINED]               # link even with symbols that nothing defines
 #     SOURCES <files...>)
 #
 # Builds <OUTPUT_DIRECTORY>/<target>.so as a Qt plug-in module. The META.INF is
 # compiled in as the resource ":/<target>/META-DATA/META.INF": the loader looks
 # for it under the library's base name, so the prefix follows the target name.
+#
+# The module is linked with -Wl,--no-undefined where the linker knows it: a
+# symbol that no library defines is then a link error for the author, not a
+# library the framework refuses to load. ALLOW_UNDEFINED turns that off.
 include_guard(GLOBAL)
 
+include(CheckCXXSourceCompiles)
+
+# The link option that makes an undefined symbol a link error, or nothing. Clang
+# leaves a sanitizer's runtime out of shared objects, whose symbols are then
+# undefined on purpose; such builds go without it.
+function(_extensionsystem_no_undefined_option result)
+    get_directory_property(options COMPILE_OPTIONS)
+    if(CMAKE_CXX_COMPILER_ID MATCHES "Clang" AND "${CMAKE_CXX_FLAGS};${options}" MATCHES "-fsanitize")
+        set(${result} "" PARENT_SCOPE)
+        return()
+    endif()
+    if(NOT DEFINED EXTENSIONSYSTEM_LINKER_NO_UNDEFINED)
+        set(CMAKE_REQUIRED_LINK_OPTIONS -Wl,--no-undefined)
+        set(CMAKE_REQUIRED_QUIET ON)
+        check_cxx_source_compiles("int main() { return 0; }" EXTENSIONSYSTEM_LINKER_NO_UNDEFINED)
+    endif()
+    if(EXTENSIONSYSTEM_LINKER_NO_UNDEFINED)
+        set(${result} -Wl,--no-undefined PARENT_SCOPE)
+    else()
+        set(${result} "" PARENT_SCOPE)
+    endif()
+endfunction()
+
 function(extensionsystem_add_plugin target)
-    cmake_parse_arguments(ARG "" "METADATA;EXTENSION;OUTPUT_DIRECTORY" "SOURCES" ${ARGN})
+    cmake_parse_arguments(ARG "ALLOW_UNDEFINED" "METADATA;EXTENSION;OUTPUT_DIRECTORY" "SOURCES" ${ARGN})
     if(ARG_UNPARSED_ARGUMENTS)
         message(FATAL_ERROR "extensionsystem_add_plugin(${target}): unknown arguments: ${ARG_UNPARSED_ARGUMENTS}")
     endif()
@@ -48,6 +76,10 @@ function(extensionsystem_add_plugin target)
         LIBRARY_OUTPUT_DIRECTORY ${ARG_OUTPUT_DIRECTORY}
     )
     target_link_libraries(${target} PRIVATE ExtensionSystem::ExtensionSystem Qt5::Core)
+    if(NOT ARG_ALLOW_UNDEFINED)
+        _extensionsystem_no_undefined_option(no_undefined)
+        target_link_options(${target} PRIVATE ${no_undefined})
+    endif()
 
     if(ARG_EXTENSION)
         get_filename_component(extension ${ARG_EXTENSION} ABSOLUTE)

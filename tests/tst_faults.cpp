@@ -184,6 +184,10 @@ struct StoreReader
         return values;
     }
     int count(const QString &sql) const { return column(sql).value(0, QStringLiteral("-1")).toInt(); }
+    bool exec(const QString &sql) const
+    {
+        return QSqlQuery(QSqlDatabase::database(QStringLiteral("tst_faults.reader"))).exec(sql);
+    }
 
     bool open = false;
     QString error;
@@ -235,7 +239,8 @@ private slots:
     }
     void cleanupTestCase() { resetApplicationDirectory(); }
 
-    void storeIsNotADatabase();
+    void unusableStoreIsMovedAside_data();
+    void unusableStoreIsMovedAside();
     void storeIsReadOnly();
     void storeIsLockedByAnotherProcess();
     void configDirectoryCannotBeMade();
@@ -243,23 +248,82 @@ private slots:
     void scanOfHugeDirectoryWithLinkLoops();
 };
 
-void tst_Faults::storeIsNotADatabase()
+void tst_Faults::unusableStoreIsMovedAside_data()
 {
+    QTest::addColumn<QString>("kind");
+    QTest::addColumn<bool>("movedAside");
+    QTest::addColumn<QString>("found");
+
+    QTest::newRow("garbage") << "garbage" << true << "file is not a database";
+    QTest::newRow("zero-filled") << "zeros" << true << "file is not a database";
+    QTest::newRow("truncated") << "truncated" << true << "malformed";
+    QTest::newRow("no tbl_extdata") << "no-table" << true << "the table tbl_extdata is missing";
+    QTest::newRow("tbl_plugin without plug_md5") << "no-column" << true << "the table tbl_plugin has no column plug_md5";
+    QTest::newRow("zero-length") << "empty" << false << "";
+    QTest::newRow("database without tables") << "no-tables" << false << "";
+}
+
+void tst_Faults::unusableStoreIsMovedAside()
+{
+    QFETCH(QString, kind);
+    QFETCH(bool, movedAside);
+    QFETCH(QString, found);
+
     deployExtensionPlugins();
-    const QString store = configDirOf(QStringLiteral("tst_faults")) + QStringLiteral("/extension.dat");
-    writeFile(store, QByteArray("this is no database\n").repeated(100));
+    const QString config = configDirOf(QStringLiteral("tst_faults"));
+    const QString store = config + QStringLiteral("/extension.dat");
+    if (kind == QLatin1String("truncated")) {
+        QCOMPARE(runWithExtensions(), 1);
+        QFile file(store);
+        QVERIFY(file.size() > 8192);
+        QVERIFY(file.resize(file.size() / 2));
+    } else if (kind == QLatin1String("no-table") || kind == QLatin1String("no-column")
+               || kind == QLatin1String("no-tables")) {
+        QDir().mkpath(config);
+        StoreReader other(store);
+        QVERIFY2(other.open, qPrintable(other.error));
+        const QString plugColumns = kind == QLatin1String("no-column")
+                                        ? QStringLiteral("plug_id, plug_symbolic, plug_filepath")
+                                        : QStringLiteral("plug_id, plug_symbolic, plug_filepath, plug_md5");
+        const QStringList statements = {
+            QStringLiteral("PRAGMA user_version = 7"), // written to the file even without a table
+            QStringLiteral("CREATE TABLE tbl_plugin (%1)").arg(plugColumns),
+            QStringLiteral("CREATE TABLE tbl_extdata (ed_id, ed_point, ed_plugin, ed_extPlugin, ed_data)"),
+        };
+        const int used = kind == QLatin1String("no-tables") ? 1 : kind == QLatin1String("no-table") ? 2 : 3;
+        for (const QString &sql : statements.mid(0, used))
+            QVERIFY(other.exec(sql));
+    } else {
+        const QByteArray content = kind == QLatin1String("garbage") ? QByteArray("this is no database\n").repeated(100)
+                                   : kind == QLatin1String("zeros") ? QByteArray(8192, '\0')
+                                                                    : QByteArray();
+        writeFile(store, content);
+        QVERIFY(QFileInfo::exists(store));
+    }
     const QByteArray before = fileHash(store);
 
-    // Nothing can be stored, so the file is read anew at every start; its items
-    // reach the point by dispatch all the same.
+    // The first start finds the store unusable, parses the file and stores it
+    // anew; the second reads it from the store.
+    clearLog();
     QCOMPARE(runWithExtensions(), 1);
-    QCOMPARE(runWithExtensions(), 1);
-    QCOMPARE(fileHash(store), before);
-    QCOMPARE(logged(QStringLiteral("ExtensionStorage > dbpath:")), 2);
-    QCOMPARE(logged(QStringLiteral("[DB] > writeExtensionPlugin: \"ext.supplier\"")), 2);
-    // The driver opens any file; the statements fail, quietly.
-    QCOMPARE(logged(QStringLiteral("[ERROR] > Cannot open DB")), 0);
-    QCOMPARE(logged(QStringLiteral("[SQL ERROR]")), 0);
+    QCOMPARE(runWithExtensions(), 0);
+
+    const QStringList aside = QDir(config).entryList({QStringLiteral("extension.dat.corrupt-*")}, QDir::Files);
+    const QStringList reports = logLines.filter(QStringLiteral("[DB] > extension.dat is not a usable store:"));
+    if (!movedAside) {
+        QCOMPARE(aside, QStringList());
+        QCOMPARE(reports.size(), 0);
+        return;
+    }
+    QCOMPARE(aside.size(), 1);
+    QVERIFY2(QRegularExpression(QStringLiteral("^extension\\.dat\\.corrupt-\\d{8}T\\d{6}Z$")).match(aside.first()).hasMatch(),
+             qPrintable(aside.first()));
+    // Kept as it was, for whoever wants to look at it.
+    QCOMPARE(fileHash(config + QLatin1Char('/') + aside.first()), before);
+    QCOMPARE(reports.size(), 1);
+    QVERIFY2(reports.first().contains(found) && reports.first().contains(aside.first()), qPrintable(reports.first()));
+    StoreReader reader(store);
+    QCOMPARE(reader.column(QStringLiteral("SELECT plug_symbolic FROM tbl_plugin")), QStringList({"ext.supplier"}));
 }
 
 void tst_Faults::storeIsReadOnly()

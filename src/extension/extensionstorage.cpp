@@ -3,8 +3,11 @@
 
 #include <framework/debugoutput_p.h>
 
+#include <QtCore/QDateTime>
 #include <QtCore/QDebug>
 #include <QtCore/QDir>
+#include <QtCore/QFile>
+#include <QtCore/QFileInfo>
 #include <QtSql/QSqlError>
 #include <QtSql/QSqlQuery>
 
@@ -53,7 +56,89 @@ const QString SELECT_TEXTS_OF_FILE = QStringLiteral(
 
 const QString ACTIVE_SEPARATOR = QStringLiteral("','");
 
+// Every table and column of the store, in one statement: a store that another
+// process holds locked costs one busy wait here, not one per table.
+const QString SELECT_SCHEMA = QStringLiteral(
+    "SELECT m.name, p.name FROM sqlite_master AS m JOIN pragma_table_info(m.name) AS p WHERE m.type = 'table'");
+
+// What the running system reads; tbl_extpoint is only written.
+const struct
+{
+    const char *table;
+    QList<const char *> columns;
+} REQUIRED_TABLES[] = {
+    {"tbl_plugin", {"plug_id", "plug_symbolic", "plug_filepath", "plug_md5"}},
+    {"tbl_extdata", {"ed_id", "ed_point", "ed_plugin", "ed_extPlugin", "ed_data"}},
+};
+
+// SQLite's "database disk image is malformed" and "file is not a database".
+bool isCorruption(const QSqlError &error)
+{
+    const int code = error.nativeErrorCode().toInt() & 0xff;
+    return code == 11 || code == 26;
+}
+
 } // namespace
+
+// Why the open store cannot serve as one, or an empty string. A store that is
+// locked, read-only or simply new is usable: only a damaged file or a database
+// of another shape is not.
+QString ExtensionStoragePrivate::unusableBecause()
+{
+    QSqlQuery query(db);
+    query.setForwardOnly(true);
+    if (!query.exec(SELECT_SCHEMA))
+        return isCorruption(query.lastError()) ? query.lastError().text() : QString();
+    QHash<QString, QStringList> columns;
+    while (query.next())
+        columns[query.value(0).toString()] << query.value(1).toString();
+    query.finish();
+    if (columns.isEmpty())
+        return QString(); // no table at all: a store not yet made
+    for (const auto &required : REQUIRED_TABLES) {
+        const QString table = QLatin1String(required.table);
+        if (!columns.contains(table))
+            return QObject::tr("the table %1 is missing").arg(table);
+        for (const char *column : required.columns) {
+            if (!columns.value(table).contains(QLatin1String(column)))
+                return QObject::tr("the table %1 has no column %2").arg(table, QLatin1String(column));
+        }
+    }
+    return QString();
+}
+
+// extension.dat is a cache of the extension files, which stay the source: a file
+// that cannot serve is moved aside, never deleted, and a new store is begun.
+void ExtensionStoragePrivate::healIfUnusable()
+{
+    const QString path = db.databaseName();
+    if (QFileInfo(path).size() == 0)
+        return; // missing or empty: a new store
+    const QString found = unusableBecause();
+    if (found.isEmpty())
+        return;
+
+    db.close();
+    const QString stamped = path + QStringLiteral(".corrupt-")
+                            + QDateTime::currentDateTimeUtc().toString(QStringLiteral("yyyyMMdd'T'HHmmss'Z'"));
+    QString aside = stamped;
+    for (int n = 2; QFile::exists(aside); ++n)
+        aside = stamped + QStringLiteral("-%1").arg(n);
+    if (!QFile::rename(path, aside)) {
+        qDebug() << "[ERROR] > extension.dat is not a usable store:" << found << "- it cannot be moved aside to"
+                 << aside << "and stays as it is";
+        db.open();
+        return;
+    }
+    // A journal beside the old file belongs to it, not to the new store.
+    for (const char *suffix : {"-journal", "-wal", "-shm"}) {
+        if (QFile::exists(path + QLatin1String(suffix)))
+            QFile::rename(path + QLatin1String(suffix), aside + QLatin1String(suffix));
+    }
+    qDebug() << "[DB] > extension.dat is not a usable store:" << found << "- moved it to" << aside
+             << "and started a new one";
+    db.open();
+}
 
 void ExtensionStoragePrivate::initialize()
 {
@@ -61,6 +146,7 @@ void ExtensionStoragePrivate::initialize()
         qDebug() << "[ERROR] > Cannot open DB";
         return;
     }
+    healIfUnusable();
     execute(CREATE_PLUGIN_TABLE);
     execute(CREATE_EXTPOINT_TABLE);
     execute(CREATE_EXTDATA_TABLE);

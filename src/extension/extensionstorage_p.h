@@ -17,6 +17,8 @@ class ExtensionStoragePrivate : public QObjectPrivate
 
 public:
     void initialize();
+    QString unusableBecause();
+    void healIfUnusable();
     bool open();
     int execute(const QString &sql);
     int query(const QString &sql, QList<QSqlRecord> &records);
