@@ -7,7 +7,7 @@ function(run)
     message(STATUS "${out}")
 endfunction()
 
-file(REMOVE_RECURSE ${ES_PREFIX} ${ES_OUTSIDE_BUILD})
+file(REMOVE_RECURSE ${ES_PREFIX} ${ES_OUTSIDE_BUILD} ${ES_OUTSIDE_BUILD}-undefined)
 run(${CMAKE_COMMAND} --install ${ES_BUILD_DIR} --prefix ${ES_PREFIX})
 
 foreach(path
@@ -35,3 +35,17 @@ run(${CMAKE_COMMAND} -S ${ES_OUTSIDE_SOURCE} -B ${ES_OUTSIDE_BUILD}
     "-DCMAKE_MODULE_LINKER_FLAGS=${flags}")
 run(${CMAKE_COMMAND} --build ${ES_OUTSIDE_BUILD} -j2)
 run(${ES_OUTSIDE_BUILD}/check_plugin ${ES_OUTSIDE_BUILD}/plugins/outside.plugin/outside.plugin.so)
+
+# The helper links with --no-undefined: an author meets a missing symbol at build time.
+run(${CMAKE_COMMAND} -S ${ES_OUTSIDE_SOURCE} -B ${ES_OUTSIDE_BUILD}-undefined
+    -DCMAKE_PREFIX_PATH=${ES_PREFIX}
+    -DCMAKE_CXX_COMPILER=${ES_CXX_COMPILER}
+    -DES_CHECK_NO_UNDEFINED=ON
+    "-DCMAKE_CXX_FLAGS=${flags}"
+    "-DCMAKE_MODULE_LINKER_FLAGS=${flags}")
+execute_process(COMMAND ${CMAKE_COMMAND} --build ${ES_OUTSIDE_BUILD}-undefined --target outside.undefined
+    RESULT_VARIABLE rc OUTPUT_VARIABLE out ERROR_VARIABLE err)
+if(rc EQUAL 0 OR NOT "${out}${err}" MATCHES "es_outside_undefined")
+    message(FATAL_ERROR "a plug-in with an undefined symbol linked (${rc}):\n${out}\n${err}")
+endif()
+message(STATUS "outside.undefined refused at link time, as it should be")

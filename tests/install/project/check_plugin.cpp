@@ -2,7 +2,10 @@
 // path derived from the library's file name.
 #include <plugin/ipluginactivator.h>
 #include <plugin/pluginconstance.h>
+#include <plugin/pluginmanager.h>
 #include <plugin/pluginmetadata.h>
+#include <plugin/pluginproblem.h>
+#include <plugin/pluginresolver.h>
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QFileInfo>
@@ -24,6 +27,7 @@ int main(int argc, char **argv)
         return fail(QStringLiteral("usage: check_plugin <plugin file>"));
 
     QPluginLoader loader(QFileInfo(QString::fromLocal8Bit(argv[1])).absoluteFilePath());
+    loader.setLoadHints(PluginResolver::libraryLoadHints());
     if (!loader.load())
         return fail(loader.errorString());
     QObject *root = loader.instance();
@@ -42,6 +46,18 @@ int main(int argc, char **argv)
         return fail(QStringLiteral("unexpected metadata from %1").arg(path));
     if (!QFileInfo::exists(QFileInfo(loader.fileName()).absolutePath() + QStringLiteral("/extension.xml")))
         return fail(QStringLiteral("extension.xml was not copied beside the library"));
+
+    // Why a plug-in does not run, from the installed headers alone.
+    QList<PluginProblem> (PluginManager::*problems)(const QString &) const = &PluginManager::problems;
+    Q_UNUSED(problems)
+    PluginResolver resolver;
+    resolver.install(meta.symbolic(), &meta);
+    if (resolver.queue() != QStringList{meta.symbolic()} || !resolver.problems(meta.symbolic()).isEmpty())
+        return fail(QStringLiteral("the resolver does not queue %1").arg(meta.symbolic()));
+    const QList<PluginProblem> unknown = resolver.problems(QStringLiteral("nobody"));
+    if (unknown.size() != 1 || unknown.first().reason() != PluginProblem::UnknownPlugin
+        || !unknown.first().text().contains(QLatin1String("nobody")))
+        return fail(QStringLiteral("no reason given for an unknown plug-in"));
 
     QTextStream(stdout) << "loaded " << meta.symbolic() << ' ' << meta.version() << " from " << path << '\n';
     return 0;
