@@ -7,19 +7,36 @@
 //                                 again, so that extension.dat is always being
 //                                 written; says "writing" once it has begun. It
 //                                 runs until it is killed.
+//   faulthelper host [--read-only] <name>...
+//                                 hosts a framework as an application would: init,
+//                                 the extension files, start, a call of the supplier's
+//                                 item, then quits through the event loop. Prints the
+//                                 state of every plug-in, the load queue and the
+//                                 reasons why each <name> does not run. With
+//                                 --read-only it obeys file modes even as root.
 
+#include "dacoverride.h"
+#include "plugins/src/pluginlog.h"
+
+#include <extension/extensiondata.h>
 #include <extension/extensionfileparser.h>
 #include <extension/extensionmanager.h>
+#include <extension/extensionpoint.h>
+#include <extension/extensionpointadmin.h>
 #include <framework/pluginframework.h>
 #include <framework/pluginframeworkconfig.h>
+#include <plugin/pluginmanager.h>
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QDateTime>
 #include <QtCore/QDir>
 #include <QtCore/QFile>
+#include <QtCore/QThreadPool>
+#include <QtCore/QTimer>
 #include <QtSql/QSqlDatabase>
 #include <QtSql/QSqlError>
 #include <QtSql/QSqlQuery>
+#include <QtCore/QTextStream>
 
 #include <cstdio>
 #include <iostream>
@@ -103,6 +120,52 @@ int keepWriting()
     }
 }
 
+int host(QStringList names)
+{
+    qInstallMessageHandler(quiet);
+    if (names.value(0) == QLatin1String("--read-only")) {
+        names.removeFirst();
+        if (!setDacOverride(false))
+            return 3;
+    }
+    QTextStream out(stdout);
+    {
+        PluginFramework framework;
+        framework.init();
+        // The announced extension files are looked at on the next turn of the
+        // loop and parsed on the pool; both are done before anything is started.
+        QCoreApplication::processEvents();
+        QThreadPool::globalInstance()->waitForDone();
+        QCoreApplication::processEvents();
+        framework.start();
+
+        auto *manager = framework.findChild<PluginManager *>();
+        auto *extensions = framework.findChild<Internal::ExtensionManager *>();
+        ExtensionPoint *point = extensions ? extensions->pointAdmin()->findExtensionPoint(QStringLiteral("test.point"))
+                                           : nullptr;
+        ExtensionData *item = point ? point->extensionData(QStringLiteral("supplier.action")) : nullptr;
+        const QString argument = QStringLiteral("matrix");
+        out << "item: " << (item ? item->active(Q_ARG(QString, argument)) : -1) << '\n';
+
+        const QList<PluginInfo> infos = manager->pluginInfos();
+        for (const PluginInfo &info : infos)
+            out << "state: " << info.symbolic() << ' ' << info.currentState() << '\n';
+        out << "queue: " << manager->loadQueue().join(QLatin1Char(' ')) << '\n';
+        for (const QString &name : qAsConst(names)) {
+            const QList<PluginProblem> problems = manager->problems(name);
+            for (const PluginProblem &problem : problems)
+                out << "problem: " << name << ' ' << problem.reason() << ' ' << problem.text() << '\n';
+        }
+        out.flush();
+        // Quitting stops the plug-ins, as in any host.
+        QTimer::singleShot(0, qApp, &QCoreApplication::quit);
+        QCoreApplication::exec();
+        out << "log: " << qApp->property(ES_TEST_PLUGIN_LOG).toStringList().join(QLatin1Char(' ')) << '\n';
+    }
+    out << "exit\n";
+    return 0;
+}
+
 } // namespace
 
 int main(int argc, char *argv[])
@@ -113,6 +176,8 @@ int main(int argc, char *argv[])
         return holdLock(arguments.at(2));
     if (arguments.value(1) == QLatin1String("write"))
         return keepWriting();
-    std::fprintf(stderr, "usage: faulthelper lock <database> | write\n");
+    if (arguments.value(1) == QLatin1String("host"))
+        return host(arguments.mid(2));
+    std::fprintf(stderr, "usage: faulthelper lock <database> | write | host [--read-only] <name>...\n");
     return 64;
 }

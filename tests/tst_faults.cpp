@@ -3,6 +3,7 @@
 // configuration directory that cannot be made, and a plug-ins directory full of
 // empty directories and link loops. Real files, real plug-ins, real processes.
 
+#include "dacoverride.h"
 #include "testsupport.h"
 
 #include <extension/extensiondata.h>
@@ -31,10 +32,8 @@
 #include <QtTest>
 
 #include <fcntl.h>
+#include <functional>
 #include <cstdio>
-#include <linux/capability.h>
-#include <sys/syscall.h>
-#include <unistd.h>
 
 using namespace ExtensionSystem;
 using namespace ExtensionSystem::Internal;
@@ -83,19 +82,6 @@ QByteArray fileHash(const QString &path)
     if (!file.open(QIODevice::ReadOnly))
         return QByteArray();
     return QCryptographicHash::hash(file.readAll(), QCryptographicHash::Sha1);
-}
-
-// Root passes file modes by these two capabilities; without them it obeys them.
-// The change holds for the calling thread only.
-bool setDacOverride(bool on)
-{
-    __user_cap_header_struct header{_LINUX_CAPABILITY_VERSION_3, 0};
-    __user_cap_data_struct data[2] = {};
-    if (syscall(SYS_capget, &header, data) != 0)
-        return false;
-    const quint32 bits = (1u << CAP_DAC_OVERRIDE) | (1u << CAP_DAC_READ_SEARCH);
-    data[0].effective = on ? (data[0].effective | (data[0].permitted & bits)) : (data[0].effective & ~bits);
-    return syscall(SYS_capset, &header, data) == 0;
 }
 
 // access() would judge root by its permitted capabilities; trying is what counts.
@@ -214,6 +200,42 @@ void writeGeneratedExtensions()
     }
 }
 
+// The output of "faulthelper host": key to the lines that start with it.
+struct HostRun
+{
+    int exitCode = -1;
+    bool normalExit = false;
+    QMultiMap<QString, QString> lines;
+    QString all;
+};
+
+HostRun runHost(const QStringList &arguments, const std::function<void()> &whileStarting = {})
+{
+    HostRun run;
+    QProcess host;
+    host.setProcessChannelMode(QProcess::MergedChannels);
+    host.start(QStringLiteral(ES_FAULT_HELPER), QStringList{QStringLiteral("host")} + arguments);
+    if (!host.waitForStarted())
+        return run;
+    if (whileStarting)
+        whileStarting();
+    if (!host.waitForFinished(60000))
+        host.kill();
+    run.all = QString::fromUtf8(host.readAll());
+    run.exitCode = host.exitCode();
+    run.normalExit = host.exitStatus() == QProcess::NormalExit;
+    const QStringList lines = run.all.split(QLatin1Char('\n'));
+    for (const QString &line : lines)
+        run.lines.insert(line.section(QStringLiteral(": "), 0, 0), line.section(QStringLiteral(": "), 1));
+    return run;
+}
+
+QByteArray nestedXml(int depth)
+{
+    return "<Plugin id=\"deep\"><ExtDataSet>" + QByteArray("<ExtData>").repeated(depth)
+        + QByteArray("</ExtData>").repeated(depth) + "</ExtDataSet></Plugin>";
+}
+
 } // namespace
 
 class tst_Faults : public QObject
@@ -246,6 +268,8 @@ private slots:
     void configDirectoryCannotBeMade();
     void storeSurvivesKillWhileWriting();
     void scanOfHugeDirectoryWithLinkLoops();
+    void faultMatrix_data();
+    void faultMatrix();
 };
 
 void tst_Faults::unusableStoreIsMovedAside_data()
@@ -562,6 +586,115 @@ void tst_Faults::scanOfHugeDirectoryWithLinkLoops()
              QStringLiteral("chain.a"));
     QVERIFY2(scan < 60000, "the scan is far too slow");
     framework.stop();
+}
+
+
+
+void tst_Faults::faultMatrix_data()
+{
+    QTest::addColumn<QString>("store");
+    QTest::newRow("corrupt extension.dat") << "corrupt";
+    QTest::newRow("read-only extension.dat") << "read-only";
+    QTest::newRow("locked extension.dat") << "locked";
+}
+
+// A good chain of plug-ins beside one of every kind of bad file a host can be
+// handed, run by a separate host process that must end normally.
+void tst_Faults::faultMatrix()
+{
+    QFETCH(QString, store);
+
+    deployExtensionPlugins();
+    deployPlugin(QStringLiteral("chain.b"));
+    deployPlugin(QStringLiteral("chain.c"));
+    QRandomGenerator random(13);
+    QByteArray garbage(64 * 1024, '\0');
+    for (char &c : garbage)
+        c = char(random.bounded(256));
+    writeFile(pluginsDir() + QStringLiteral("/garbage/garbage.so"), garbage);
+    for (const char *name : {"unresolved.function", "unresolved.data", "not.qtplugin", "not.activator", "no.metadata",
+                             "meta.empty", "meta.binary", "meta.nosymbolic", "no.dependency"})
+        deployPlugin(QString::fromLatin1(name));
+    // Extension files beside libraries that install, so that each is announced and read.
+    writeFile(pluginsDir() + QStringLiteral("/no.dependency/extension.xml"), "<Plugin id=\"broken\"><ExtDataSet>");
+    writeFile(pluginsDir() + QStringLiteral("/not.activator/extension.xml"), garbage.left(4096));
+    writeFile(pluginsDir() + QStringLiteral("/meta.nosymbolic/extension.xml"), nestedXml(100000));
+
+    const QString config = configDirOf(QStringLiteral("faulthelper"));
+    const QString storePath = config + QStringLiteral("/extension.dat");
+    const QStringList names = {"unresolved.function", "unresolved.data", "garbage", "not.qtplugin", "not.activator",
+                               "no.metadata", "meta.empty", "meta.binary", "meta.nosymbolic", "no.dependency"};
+    QStringList arguments = names;
+    std::function<void()> whileStarting;
+    QProcess locker;
+    const auto release = qScopeGuard([&locker] {
+        locker.closeWriteChannel();
+        if (locker.state() != QProcess::NotRunning && !locker.waitForFinished(10000))
+            locker.kill();
+    });
+    if (store == QLatin1String("corrupt")) {
+        writeFile(storePath, QByteArray("not a database\n").repeated(500));
+    } else {
+        const HostRun first = runHost(names); // a working store to begin with
+        QCOMPARE(first.exitCode, 0);
+        if (store == QLatin1String("read-only")) {
+            QVERIFY(QFile::setPermissions(storePath, QFile::ReadOwner | QFile::ReadGroup | QFile::ReadOther));
+            arguments.prepend(QStringLiteral("--read-only"));
+        } else {
+            locker.start(QStringLiteral(ES_FAULT_HELPER), {QStringLiteral("lock"), storePath});
+            QVERIFY(locker.waitForStarted());
+            QVERIFY(locker.waitForReadyRead(20000));
+            QCOMPARE(locker.readLine().trimmed(), QByteArray("locked"));
+            // Held while the host starts, then let go: the host waits it out.
+            whileStarting = [&locker] {
+                QThread::msleep(1000);
+                locker.closeWriteChannel();
+            };
+        }
+    }
+
+    const HostRun run = runHost(arguments, whileStarting);
+    QVERIFY2(run.normalExit && run.exitCode == 0, qPrintable(run.all));
+    QCOMPARE(run.lines.value(QStringLiteral("exit"), QStringLiteral("missing")), QString());
+    // The good chain runs, its item reaches the point and starts its supplier.
+    QCOMPARE(run.lines.value(QStringLiteral("item")), QStringLiteral("7"));
+    const QStringList states = run.lines.values(QStringLiteral("state"));
+    for (const char *name : {"chain.a", "chain.b", "chain.c", "ext.host", "ext.supplier"})
+        QVERIFY2(states.contains(QStringLiteral("%1 32").arg(QLatin1String(name))), qPrintable(run.all));
+    QCOMPARE(run.lines.value(QStringLiteral("queue")),
+             QStringLiteral("chain.a chain.b chain.c ext.host ext.supplier not.activator"));
+    // Stopped in reverse order when the host quit.
+    const QString log = run.lines.value(QStringLiteral("log"));
+    QVERIFY2(log.contains(QStringLiteral("stop:chain.c stop:chain.b stop:chain.a")), qPrintable(log));
+
+    // Each bad file is named with the reason it does not run.
+    QMultiMap<QString, int> reasons;
+    const QStringList problems = run.lines.values(QStringLiteral("problem"));
+    for (const QString &line : problems)
+        reasons.insert(line.section(QLatin1Char(' '), 0, 0), line.section(QLatin1Char(' '), 1, 1).toInt());
+    const QList<QPair<const char *, PluginProblem::Reason>> expected = {
+        {"unresolved.function", PluginProblem::LoadFailed}, {"unresolved.data", PluginProblem::LoadFailed},
+        {"garbage", PluginProblem::LoadFailed},             {"not.qtplugin", PluginProblem::LoadFailed},
+        {"not.activator", PluginProblem::NoActivator},      {"no.metadata", PluginProblem::NoMetaFile},
+        {"meta.empty", PluginProblem::InvalidMetaFile},     {"meta.binary", PluginProblem::InvalidMetaFile},
+        {"meta.nosymbolic", PluginProblem::InvalidMetaFile}, {"no.dependency", PluginProblem::NoDependencyLine},
+    };
+    for (const auto &entry : expected) {
+        QVERIFY2(reasons.values(QLatin1String(entry.first)) == QList<int>{entry.second},
+                 qPrintable(QStringLiteral("%1\n%2").arg(QLatin1String(entry.first), problems.join(QLatin1Char('\n')))));
+    }
+    QVERIFY(problems.filter(QStringLiteral("unresolved.function 2 library fails to load:"))
+                .filter(QStringLiteral("es_function_that_no_library_defines")).size() == 1);
+
+    // The store ends usable: the supplier's rows are in it. Only the corrupt one was moved aside.
+    const QStringList aside = QDir(config).entryList({QStringLiteral("extension.dat.corrupt-*")}, QDir::Files);
+    QCOMPARE(aside.size(), store == QLatin1String("corrupt") ? 1 : 0);
+    if (store == QLatin1String("read-only"))
+        QVERIFY(QFile::setPermissions(storePath, QFile::ReadOwner | QFile::WriteOwner));
+    StoreReader reader(storePath);
+    QCOMPARE(reader.column(QStringLiteral("SELECT plug_symbolic FROM tbl_plugin WHERE plug_symbolic = 'ext.supplier'")),
+             QStringList({"ext.supplier"}));
+    QCOMPARE(reader.column(QStringLiteral("PRAGMA integrity_check")), QStringList({"ok"}));
 }
 
 QTEST_MAIN(tst_Faults)
