@@ -2,6 +2,8 @@
 // it says about each plug-in, the load queue, the graph, the extension store,
 // and that it leaves every file as it found it.
 
+#include <plugin/pluginresolver.h>
+
 #include <QtCore/QDateTime>
 #include <QtCore/QDirIterator>
 #include <QtCore/QPluginLoader>
@@ -100,6 +102,7 @@ QStringList loadQueue(const QString &report)
 QString loaderError(const QString &path)
 {
     QPluginLoader loader(path);
+    loader.setLoadHints(ExtensionSystem::PluginResolver::libraryLoadHints());
     loader.load();
     return loader.instance() ? QString() : loader.errorString();
 }
@@ -144,7 +147,7 @@ void tst_EsInspect::initTestCase()
     deploy(mixed, QStringLiteral("chain.a"), QStringLiteral("06_a"));
     deploy(mixed, QStringLiteral("no.dependency"), QStringLiteral("07_n"));
     deploy(mixed, QStringLiteral("no.metadata"), QStringLiteral("08_m"));
-    for (const char *broken : {"not.qtplugin", "unresolved.symbol"})
+    for (const char *broken : {"not.qtplugin", "unresolved.symbol", "unresolved.function"})
         m_loaderErrors.insert(QLatin1String(broken), loaderError(deploy(mixed, QLatin1String(broken), QLatin1String(broken))));
     writeFile(mixed + QStringLiteral("/plugins/garbage/garbage.so"), QByteArray(4096, '\x7f'));
     m_loaderErrors.insert(QStringLiteral("garbage"), loaderError(mixed + QStringLiteral("/plugins/garbage/garbage.so")));
@@ -170,6 +173,7 @@ void tst_EsInspect::initTestCase()
     // No configuration at all, and a dependency that is simply not there.
     const QString missing = app(QStringLiteral("missing"));
     deploy(missing, QStringLiteral("chain.b"), QStringLiteral("b"));
+    deploy(missing, QStringLiteral("meta.nosymbolic"), QStringLiteral("ns"));
     m_runs.insert(QStringLiteral("missing"), inspect(missing, {missing}));
 
     // Everything resolves; the extension store of a previous run lies in config/host/.
@@ -251,6 +255,12 @@ void tst_EsInspect::reasons_data()
         {"version:        1.5.0", "same symbolic name chain.a as plugins/06_a/chain.a.so"});
     row("mixed", "12_t/translated.so", false, {"blacklisted: config.ini sets Plugin/translated to \" DISABLE \""});
     row("mixed", "13_s/self.dependency.so", false, {"depends on itself (self.dependency 1.0.0)"});
+    // Code that calls what no library defines fails at load, not at start.
+    row("mixed", "unresolved.function/unresolved.function.so", false,
+        {"library fails to load: %unresolved.function", "es_function_that_no_library_defines"});
+    // A blank dependency line does not let a nameless plug-in in.
+    row("missing", "ns/meta.nosymbolic.so", false,
+        {"status:         does not resolve", "META.INF at :/meta.nosymbolic/META-DATA/META.INF names no symbolic"});
 
     row("whitelist", "starter/starter.so", true, {"policy:         enable", "position 1 in the load queue"});
     row("whitelist", "chain.a/chain.a.so", false,
@@ -295,7 +305,7 @@ void tst_EsInspect::exitCodeAndLoadQueue()
     QCOMPARE(mixed.exitCode, 1);
     QCOMPARE(loadQueue(mixed.out), QStringList({"not.activator", "chain.a", "chain.b", "chain.c"}));
     QVERIFY(mixed.out.contains(QStringLiteral("Configuration: config/host/config.ini (loadEnabledPluginOnly: off)")));
-    QVERIFY(mixed.out.contains(QStringLiteral("Summary: 4 of 15 plug-in libraries resolve; 11 do not.")));
+    QVERIFY(mixed.out.contains(QStringLiteral("Summary: 4 of 16 plug-in libraries resolve; 12 do not.")));
 
     const Run whitelist = m_runs.value(QStringLiteral("whitelist"));
     QCOMPARE(whitelist.exitCode, 1);
@@ -341,7 +351,7 @@ void tst_EsInspect::dotGraph()
             attributes.insert(n.captured(2).section(QStringLiteral("\\n"), 0, 0), n.captured(3));
         }
     }
-    QCOMPARE(names.size(), 15);
+    QCOMPARE(names.size(), 16);
     QVERIFY(attributes.value(QStringLiteral("chain.b")).contains(QStringLiteral("palegreen")));
     QVERIFY(attributes.value(QStringLiteral("cycle.x")).contains(QStringLiteral("lightpink")));
     QVERIFY(attributes.value(QStringLiteral("garbage.so")).contains(QStringLiteral("orange")));

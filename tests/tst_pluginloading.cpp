@@ -4,6 +4,7 @@
 #include <plugin/plugin.h>
 #include <plugin/pluginmanager.h>
 #include <plugin/pluginmetadata.h>
+#include <plugin/pluginproblem.h>
 
 #include <QtCore/QLocale>
 #include <QtTest>
@@ -23,6 +24,8 @@ private slots:
     }
     void unresolvablePlugins();
     void brokenLibraries();
+    void unloadableAndNamelessLibrariesNeverStart();
+    void problemsNameTheReasonAndWhatItConcerns();
     void pluginStateMachine();
     void translationLoadedBesideThePlugin();
     void startFromInsideStart();
@@ -62,6 +65,118 @@ void tst_PluginLoading::unresolvablePlugins()
     QCOMPARE(errors.count(), 0);
     const PluginInfo info = manager->pluginInfo(QStringLiteral("wrong.version"));
     QCOMPARE(info.dependency().value(QStringLiteral("chain.a")), qMakePair(QStringLiteral("2.0.0"), false));
+
+    // Silent as it is, the framework can say why when asked.
+    QVERIFY(manager->problems(QStringLiteral("chain.a")).isEmpty());
+    const QList<PluginProblem> cycle = manager->problems(QStringLiteral("cycle.x"));
+    QCOMPARE(cycle.size(), 1);
+    QCOMPARE(cycle.first().reason(), PluginProblem::DependencyCycle);
+    QCOMPARE(cycle.first().cycle(), QStringList({"cycle.x", "cycle.y", "cycle.x"}));
+    QCOMPARE(cycle.first().text(), QStringLiteral("dependency cycle: cycle.x -> cycle.y -> cycle.x"));
+    const QList<PluginProblem> version = manager->problems(QStringLiteral("wrong.version"));
+    QCOMPARE(version.size(), 1);
+    QCOMPARE(version.first().reason(), PluginProblem::IncompatibleVersion);
+    QCOMPARE(version.first().dependency(), QStringLiteral("chain.a"));
+    QCOMPARE(version.first().requiredVersion(), QStringLiteral("2.0.0"));
+    QCOMPARE(version.first().providedVersion(), QStringLiteral("1.0.0"));
+    QCOMPARE(version.first().providedCompatVersion(), QStringLiteral("1.0.0"));
+    QCOMPARE(version.first().text(),
+             QStringLiteral("incompatible version: needs chain.a 2.0.0 but chain.a is 1.0.0 (compatible back to 1.0.0)"));
+    QCOMPARE(manager->problems(QStringLiteral("no.dependency")).value(0).reason(), PluginProblem::NoDependencyLine);
+}
+
+void tst_PluginLoading::unloadableAndNamelessLibrariesNeverStart()
+{
+    deployPlugin(QStringLiteral("chain.a"), QStringLiteral("1_a"));
+    // Both need chain.a, so they would resolve and start behind it.
+    deployPlugin(QStringLiteral("unresolved.function"), QStringLiteral("2_function"));
+    deployPlugin(QStringLiteral("unresolved.data"), QStringLiteral("3_data"));
+    // No symbolic name, but a blank dependency line.
+    deployPlugin(QStringLiteral("meta.nosymbolic"), QStringLiteral("4_nameless"));
+    deployPlugin(QStringLiteral("chain.b"), QStringLiteral("5_b"));
+
+    PluginFramework framework;
+    auto *manager = framework.findChild<PluginManager *>();
+    framework.init();
+    framework.start();
+
+    // Every symbol is bound when the library loads: the load fails with the
+    // loader's message, and the walk goes on with the next file.
+    QCOMPARE(manager->loadQueue(), QStringList({"chain.a", "chain.b"}));
+    QCOMPARE(pluginLog(), QStringList({"start:chain.a", "start:chain.b"}));
+    Plugin *function = manager->find(QStringLiteral("unresolved"));
+    QVERIFY(function);
+    QVERIFY(!function->metaData());
+    QCOMPARE(function->state(), int(PluginInfo::Installed));
+    QVERIFY2(function->errorString().contains(QStringLiteral("es_function_that_no_library_defines")),
+             qPrintable(function->errorString()));
+    Plugin *nameless = manager->find(QString());
+    QVERIFY(nameless);
+    QCOMPARE(nameless->state(), int(PluginInfo::Installed));
+    QCOMPARE(nameless->metaData()->error(), int(PluginMetaData::FormatError));
+
+    // Asked by the file's base name, each says what is wrong with it, also the
+    // second library that the first one's base name pushed out.
+    const QList<PluginProblem> unloadable = manager->problems(QStringLiteral("unresolved.function"));
+    QCOMPARE(unloadable.size(), 1);
+    QCOMPARE(unloadable.first().reason(), PluginProblem::LoadFailed);
+    QVERIFY(unloadable.first().detail().contains(QStringLiteral("es_function_that_no_library_defines")));
+    const QList<PluginProblem> data = manager->problems(QStringLiteral("unresolved.data"));
+    QCOMPARE(data.size(), 1);
+    QCOMPARE(data.first().reason(), PluginProblem::LoadFailed);
+    QVERIFY(data.first().text().startsWith(QStringLiteral("library fails to load: ")));
+    QVERIFY(data.first().detail().contains(QStringLiteral("es_data_that_no_library_defines")));
+    const QList<PluginProblem> invalid = manager->problems(QStringLiteral("meta.nosymbolic"));
+    QCOMPARE(invalid.size(), 1);
+    QCOMPARE(invalid.first().reason(), PluginProblem::InvalidMetaFile);
+    QCOMPARE(invalid.first().text(), QStringLiteral("META.INF at :/meta.nosymbolic/META-DATA/META.INF names no symbolic"));
+}
+
+void tst_PluginLoading::problemsNameTheReasonAndWhatItConcerns()
+{
+    deployPlugin(QStringLiteral("chain.a"), QStringLiteral("1_a"));
+    deployPlugin(QStringLiteral("chain.b"), QStringLiteral("2_b"));
+    deployPlugin(QStringLiteral("chain.c"), QStringLiteral("3_c"));
+    deployPlugin(QStringLiteral("wrong.version"), QStringLiteral("4_w"));
+    deployPlugin(QStringLiteral("self.dependency"), QStringLiteral("5_self"));
+    deployPlugin(QStringLiteral("translated"), QStringLiteral("6_t"));
+    writeFile(configFile(), "[PluginManager]\nloadEnabledPluginOnly=true\n[Plugin]\nchain.a=disable\n"
+                            "chain.b=enable\nchain.c=enable\nself.dependency=enable\ntranslated=enable\n");
+
+    PluginFramework framework;
+    auto *manager = framework.findChild<PluginManager *>();
+    framework.init();
+
+    const auto first = [manager](const char *name) {
+        const QList<PluginProblem> problems = manager->problems(QString::fromLatin1(name));
+        return problems.size() == 1 ? problems.first() : PluginProblem();
+    };
+    QCOMPARE(first("chain.a").reason(), PluginProblem::Blacklisted);
+    QCOMPARE(first("chain.a").text(), QStringLiteral("blacklisted: config.ini sets Plugin/chain.a to \"disable\""));
+    QCOMPARE(first("wrong.version").reason(), PluginProblem::NotWhitelisted);
+
+    const PluginProblem missing = first("chain.b");
+    QCOMPARE(missing.reason(), PluginProblem::MissingDependency);
+    QCOMPARE(missing.dependency(), QStringLiteral("chain.a"));
+    QCOMPARE(missing.requiredVersion(), QStringLiteral("1.0.0"));
+    QVERIFY2(missing.text().startsWith(QStringLiteral("missing dependency: needs chain.a 1.0.0, which is not "
+                                                      "installed (chain.a is refused: blacklisted")),
+             qPrintable(missing.text()));
+    const PluginProblem waiting = first("chain.c");
+    QCOMPARE(waiting.reason(), PluginProblem::UnresolvedDependency);
+    QCOMPARE(waiting.dependency(), QStringLiteral("chain.b"));
+    QCOMPARE(waiting.requiredVersion(), QStringLiteral("1.0"));
+    const PluginProblem self = first("self.dependency");
+    QCOMPARE(self.reason(), PluginProblem::SelfDependency);
+    QCOMPARE(self.dependency(), QStringLiteral("self.dependency"));
+    QCOMPARE(first("nobody").reason(), PluginProblem::UnknownPlugin);
+
+    // A resolved plug-in is not running until it is started, and again once stopped.
+    QCOMPARE(first("translated").reason(), PluginProblem::NotStarted);
+    framework.start();
+    QVERIFY(manager->problems(QStringLiteral("translated")).isEmpty());
+    manager->stop(QStringLiteral("translated"));
+    QCOMPARE(first("translated").reason(), PluginProblem::NotStarted);
 }
 
 void tst_PluginLoading::brokenLibraries()
