@@ -9,6 +9,7 @@
 #include <plugin/plugincontext.h>
 #include <plugin/plugininfo.h>
 #include <plugin/pluginmanager.h>
+#include <plugin/pluginproblem.h>
 #include <service/servicemanager.h>
 #include <service/serviceproperty.h>
 #include <service/servicereference.h>
@@ -110,6 +111,12 @@ void printPlugins(PluginManager *manager)
                      .arg(dependencies.isEmpty() ? QStringLiteral("none") : dependencies.join(QStringLiteral(", ")));
     }
     out() << "load queue (start order): " << manager->loadQueue().join(QStringLiteral(" -> ")) << '\n';
+    // The framework says nothing on its own about a plug-in that does not run; asked, it says why.
+    for (const PluginInfo &info : infos) {
+        const QList<PluginProblem> problems = manager->problems(info.symbolic());
+        for (const PluginProblem &problem : problems)
+            out() << "why " << info.symbolic() << " does not run: " << problem.text() << '\n';
+    }
     out().flush();
 }
 
