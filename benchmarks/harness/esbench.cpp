@@ -10,6 +10,7 @@
 #include "benchcommon.h"
 
 #include <event/customizedevent.h>
+#include <plugin/pluginresolver.h>
 #include <event/icustomizedlistener.h>
 #include <framework/pluginframework.h>
 #include <plugin/plugincontext.h>
@@ -55,6 +56,8 @@ int runFloor()
     for (const QString &path : paths) {
         auto *loader = new QPluginLoader(path);
         loaders << loader;
+        // Bound as the framework binds them, so that the floor does the same loading work.
+        loader->setLoadHints(PluginResolver::libraryLoadHints());
         loader->load();
         if (!loader->instance())
             continue;

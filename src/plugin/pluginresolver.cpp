@@ -20,6 +20,7 @@ public:
     QHash<QString, PluginMetaData *> installed;
     QStringList names;
     QHash<QString, PluginProblem> refused;
+    QHash<QString, QString> loaderErrors;
 };
 
 } // namespace Internal
@@ -52,12 +53,14 @@ PluginProblem PluginResolver::libraryProblem(const QString &name, const PluginMe
     return PluginProblem(PluginProblem::InvalidMetaFile, name, metaData->filepath());
 }
 
-void PluginResolver::install(const QString &name, PluginMetaData *metaData)
+void PluginResolver::install(const QString &name, PluginMetaData *metaData, const QString &loaderError)
 {
     if (d->names.contains(name))
         return;
     d->names << name;
     d->installed.insert(name, metaData);
+    if (!metaData)
+        d->loaderErrors.insert(name, loaderError);
     d->queue.add(name);
 }
 
@@ -83,7 +86,7 @@ QList<PluginProblem> PluginResolver::problems(const QString &name) const
         const PluginProblem refusal = d->refused.value(name, PluginProblem(PluginProblem::UnknownPlugin, name));
         return {refusal};
     }
-    const PluginProblem problem = libraryProblem(name, d->installed.value(name), QString());
+    const PluginProblem problem = libraryProblem(name, d->installed.value(name), d->loaderErrors.value(name));
     if (problem.isProblem())
         return {problem};
     return d->queue.problems(name);

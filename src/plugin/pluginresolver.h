@@ -38,9 +38,10 @@ public:
                                         const QString &loaderError);
 
     // An installed plug-in, under its symbolic name, or under its library's base
-    // name with null metadata when the library did not load. The resolver keeps
-    // the resolution flags of the dependencies on metaData, which must outlive it.
-    void install(const QString &name, PluginMetaData *metaData);
+    // name with null metadata and the loader's message when the library did not
+    // load. The resolver keeps the resolution flags of the dependencies on
+    // metaData, which must outlive it.
+    void install(const QString &name, PluginMetaData *metaData, const QString &loaderError = QString());
     // A plug-in refused at installation (duplicate name, black or white list).
     void refuse(const QString &name, const PluginProblem &reason);
 

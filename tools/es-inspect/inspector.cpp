@@ -203,7 +203,7 @@ void Inspector::install(int index)
         return;
     }
     m_installed.insert(record.symbolic, index);
-    m_resolver.install(record.symbolic, record.metaData.get());
+    m_resolver.install(record.symbolic, record.metaData.get(), record.loadError);
 }
 
 void Inspector::explain(PluginRecord &record)
