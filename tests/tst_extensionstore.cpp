@@ -13,10 +13,9 @@
 #include <memory>
 
 #if defined(Q_OS_LINUX)
+#include "dacoverride.h"
+
 #include <fcntl.h>
-#include <linux/capability.h>
-#include <sys/syscall.h>
-#include <unistd.h>
 #endif
 
 using namespace ExtensionSystem;
@@ -458,20 +457,6 @@ void tst_ExtensionStore::unusableStore()
         QCOMPARE(logged("[SQL ERROR] > Open DB Error:").size(), 3);
     }
 }
-
-#if defined(Q_OS_LINUX)
-// Root writes through file modes; without these capabilities it obeys them.
-static bool setDacOverride(bool on)
-{
-    __user_cap_header_struct header{_LINUX_CAPABILITY_VERSION_3, 0};
-    __user_cap_data_struct data[2] = {};
-    if (syscall(SYS_capget, &header, data) != 0)
-        return false;
-    const quint32 bits = (1u << CAP_DAC_OVERRIDE) | (1u << CAP_DAC_READ_SEARCH);
-    data[0].effective = on ? (data[0].effective | (data[0].permitted & bits)) : (data[0].effective & ~bits);
-    return syscall(SYS_capset, &header, data) == 0;
-}
-#endif
 
 void tst_ExtensionStore::readOnlyStore()
 {
