@@ -177,6 +177,10 @@ void tst_PluginLoading::problemsNameTheReasonAndWhatItConcerns()
     QVERIFY(manager->problems(QStringLiteral("translated")).isEmpty());
     manager->stop(QStringLiteral("translated"));
     QCOMPARE(first("translated").reason(), PluginProblem::NotStarted);
+    // Once uninstalled and deleted, it is unknown; its file is no longer looked at.
+    manager->uninstall(QStringLiteral("translated"));
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QCOMPARE(first("translated").reason(), PluginProblem::UnknownPlugin);
 }
 
 void tst_PluginLoading::brokenLibraries()

@@ -184,10 +184,11 @@ void PluginManagerPrivate::refuse(Plugin *plugin, const PluginProblem &reason)
 }
 
 // A library without a usable symbolic name, asked for by its file's base name.
+// Not through pluginFiles: it keeps the entries of uninstalled plug-ins.
 Plugin *PluginManagerPrivate::findByBaseName(const QString &name) const
 {
     Plugin *found = nullptr;
-    for (Plugin *plugin : pluginFiles) {
+    for (Plugin *plugin : plugins) {
         if (!plugin)
             continue;
         if (plugin->fileInfo().completeBaseName() == name)
