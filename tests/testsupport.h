@@ -47,7 +47,7 @@ inline void resetApplicationDirectory()
 
 inline QString builtPlugin(const QString &name)
 {
-    return QStringLiteral(ES_TEST_PLUGIN_DIR "/%1/%1.so").arg(name);
+    return QStringLiteral(ES_TEST_PLUGIN_DIR "/%1/%1" ES_TEST_LIBRARY_SUFFIX).arg(name);
 }
 
 // Copies a built test plug-in into plugins/<directory>/ and returns its new path.
@@ -55,7 +55,7 @@ inline QString deployPlugin(const QString &name, const QString &directory = QStr
 {
     const QString dir = pluginsDir() + QLatin1Char('/') + (directory.isEmpty() ? name : directory);
     QDir().mkpath(dir);
-    const QString target = dir + QLatin1Char('/') + name + QStringLiteral(".so");
+    const QString target = dir + QLatin1Char('/') + name + QStringLiteral(ES_TEST_LIBRARY_SUFFIX);
     QFile::remove(target);
     QFile::copy(builtPlugin(name), target);
     return target;

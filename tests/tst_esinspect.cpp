@@ -29,8 +29,8 @@ QString deploy(const QString &app, const QString &plugin, const QString &directo
 {
     const QString dir = app + QStringLiteral("/plugins/") + directory;
     QDir().mkpath(dir);
-    const QString target = dir + QLatin1Char('/') + (file.isEmpty() ? plugin : file) + QStringLiteral(".so");
-    QFile::copy(QStringLiteral(ES_TEST_PLUGIN_DIR "/%1/%1.so").arg(plugin), target);
+    const QString target = dir + QLatin1Char('/') + (file.isEmpty() ? plugin : file) + QStringLiteral(ES_TEST_LIBRARY_SUFFIX);
+    QFile::copy(QStringLiteral(ES_TEST_PLUGIN_DIR "/%1/%1" ES_TEST_LIBRARY_SUFFIX).arg(plugin), target);
     return target;
 }
 
@@ -149,8 +149,8 @@ void tst_EsInspect::initTestCase()
     deploy(mixed, QStringLiteral("no.metadata"), QStringLiteral("08_m"));
     for (const char *broken : {"not.qtplugin", "unresolved.symbol", "unresolved.function"})
         m_loaderErrors.insert(QLatin1String(broken), loaderError(deploy(mixed, QLatin1String(broken), QLatin1String(broken))));
-    writeFile(mixed + QStringLiteral("/plugins/garbage/garbage.so"), QByteArray(4096, '\x7f'));
-    m_loaderErrors.insert(QStringLiteral("garbage"), loaderError(mixed + QStringLiteral("/plugins/garbage/garbage.so")));
+    writeFile(mixed + QStringLiteral("/plugins/garbage/garbage" ES_TEST_LIBRARY_SUFFIX), QByteArray(4096, '\x7f'));
+    m_loaderErrors.insert(QStringLiteral("garbage"), loaderError(mixed + QStringLiteral("/plugins/garbage/garbage" ES_TEST_LIBRARY_SUFFIX)));
     deploy(mixed, QStringLiteral("chain.a.copy"), QStringLiteral("11_copy"));
     deploy(mixed, QStringLiteral("translated"), QStringLiteral("12_t"));
     deploy(mixed, QStringLiteral("self.dependency"), QStringLiteral("13_s"));
@@ -234,45 +234,45 @@ void tst_EsInspect::reasons_data()
                                                << QStringLiteral("plugins/") + QLatin1String(file)
                                                << resolves << fragments;
     };
-    row("mixed", "00_na/not.activator.so", true,
+    row("mixed", "00_na/not.activator" ES_TEST_LIBRARY_SUFFIX, true,
         {"position 1 in the load queue", "does not implement extensionsystem.ipluginactivator/1.0"});
-    row("mixed", "01_c/chain.c.so", true, {"policy:         enable", "position 4 in the load queue"});
-    row("mixed", "06_a/chain.a.so", true,
+    row("mixed", "01_c/chain.c" ES_TEST_LIBRARY_SUFFIX, true, {"policy:         enable", "position 4 in the load queue"});
+    row("mixed", "06_a/chain.a" ES_TEST_LIBRARY_SUFFIX, true,
         {"version:        1.0.0", "compatVersion:  1.0.0", "activation:     lazy",
          "dependencies:   none (empty dependency line)"});
-    row("mixed", "03_x/cycle.x.so", false, {"dependency cycle: cycle.x -> cycle.y -> cycle.x"});
-    row("mixed", "04_y/cycle.y.so", false, {"dependency cycle: cycle.y -> cycle.x -> cycle.y"});
-    row("mixed", "05_w/wrong.version.so", false,
+    row("mixed", "03_x/cycle.x" ES_TEST_LIBRARY_SUFFIX, false, {"dependency cycle: cycle.x -> cycle.y -> cycle.x"});
+    row("mixed", "04_y/cycle.y" ES_TEST_LIBRARY_SUFFIX, false, {"dependency cycle: cycle.y -> cycle.x -> cycle.y"});
+    row("mixed", "05_w/wrong.version" ES_TEST_LIBRARY_SUFFIX, false,
         {"dependencies:   chain.a 2.0.0 (not met)",
          "needs chain.a 2.0.0 but chain.a is 1.0.0 (compatible back to 1.0.0)"});
-    row("mixed", "07_n/no.dependency.so", false,
+    row("mixed", "07_n/no.dependency" ES_TEST_LIBRARY_SUFFIX, false,
         {"no `dependency` line", "needs an empty `dependency:` line"});
-    row("mixed", "08_m/no.metadata.so", false, {"no META.INF at :/no.metadata/META-DATA/META.INF"});
-    row("mixed", "not.qtplugin/not.qtplugin.so", false, {"library fails to load: %not.qtplugin"});
-    row("mixed", "unresolved.symbol/unresolved.symbol.so", false, {"library fails to load: %unresolved.symbol"});
-    row("mixed", "garbage/garbage.so", false, {"library fails to load: %garbage"});
-    row("mixed", "11_copy/chain.a.copy.so", false,
-        {"version:        1.5.0", "same symbolic name chain.a as plugins/06_a/chain.a.so"});
-    row("mixed", "12_t/translated.so", false, {"blacklisted: config.ini sets Plugin/translated to \" DISABLE \""});
-    row("mixed", "13_s/self.dependency.so", false, {"depends on itself (self.dependency 1.0.0)"});
+    row("mixed", "08_m/no.metadata" ES_TEST_LIBRARY_SUFFIX, false, {"no META.INF at :/no.metadata/META-DATA/META.INF"});
+    row("mixed", "not.qtplugin/not.qtplugin" ES_TEST_LIBRARY_SUFFIX, false, {"library fails to load: %not.qtplugin"});
+    row("mixed", "unresolved.symbol/unresolved.symbol" ES_TEST_LIBRARY_SUFFIX, false, {"library fails to load: %unresolved.symbol"});
+    row("mixed", "garbage/garbage" ES_TEST_LIBRARY_SUFFIX, false, {"library fails to load: %garbage"});
+    row("mixed", "11_copy/chain.a.copy" ES_TEST_LIBRARY_SUFFIX, false,
+        {"version:        1.5.0", "same symbolic name chain.a as plugins/06_a/chain.a" ES_TEST_LIBRARY_SUFFIX});
+    row("mixed", "12_t/translated" ES_TEST_LIBRARY_SUFFIX, false, {"blacklisted: config.ini sets Plugin/translated to \" DISABLE \""});
+    row("mixed", "13_s/self.dependency" ES_TEST_LIBRARY_SUFFIX, false, {"depends on itself (self.dependency 1.0.0)"});
     // Code that calls what no library defines fails at load, not at start.
-    row("mixed", "unresolved.function/unresolved.function.so", false,
+    row("mixed", "unresolved.function/unresolved.function" ES_TEST_LIBRARY_SUFFIX, false,
         {"library fails to load: %unresolved.function", "es_function_that_no_library_defines"});
     // A blank dependency line does not let a nameless plug-in in.
-    row("missing", "ns/meta.nosymbolic.so", false,
+    row("missing", "ns/meta.nosymbolic" ES_TEST_LIBRARY_SUFFIX, false,
         {"status:         does not resolve", "META.INF at :/meta.nosymbolic/META-DATA/META.INF names no symbolic"});
 
-    row("whitelist", "starter/starter.so", true, {"policy:         enable", "position 1 in the load queue"});
-    row("whitelist", "chain.a/chain.a.so", false,
+    row("whitelist", "starter/starter" ES_TEST_LIBRARY_SUFFIX, true, {"policy:         enable", "position 1 in the load queue"});
+    row("whitelist", "chain.a/chain.a" ES_TEST_LIBRARY_SUFFIX, false,
         {"not whitelisted: loadEnabledPluginOnly is on and config.ini has no \"enable\" for Plugin/chain.a"});
-    row("whitelist", "chain.b/chain.b.so", false,
+    row("whitelist", "chain.b/chain.b" ES_TEST_LIBRARY_SUFFIX, false,
         {"missing dependency: needs chain.a 1.0.0, which is not installed (chain.a is refused"});
-    row("whitelist", "chain.c/chain.c.so", false, {"depends on chain.b, which does not resolve"});
-    row("whitelist", "no.dependency/no.dependency.so", false, {"not whitelisted"});
-    row("whitelist", "renamed/renamed.so", false,
+    row("whitelist", "chain.c/chain.c" ES_TEST_LIBRARY_SUFFIX, false, {"depends on chain.b, which does not resolve"});
+    row("whitelist", "no.dependency/no.dependency" ES_TEST_LIBRARY_SUFFIX, false, {"not whitelisted"});
+    row("whitelist", "renamed/renamed" ES_TEST_LIBRARY_SUFFIX, false,
         {"no META.INF at :/renamed/META-DATA/META.INF", "carries :/ext.host/META-DATA/META.INF"});
 
-    row("missing", "b/chain.b.so", false, {"missing dependency: needs chain.a 1.0.0, which is not installed\n"});
+    row("missing", "b/chain.b" ES_TEST_LIBRARY_SUFFIX, false, {"missing dependency: needs chain.a 1.0.0, which is not installed\n"});
 }
 
 void tst_EsInspect::reasons()
@@ -354,7 +354,7 @@ void tst_EsInspect::dotGraph()
     QCOMPARE(names.size(), 16);
     QVERIFY(attributes.value(QStringLiteral("chain.b")).contains(QStringLiteral("palegreen")));
     QVERIFY(attributes.value(QStringLiteral("cycle.x")).contains(QStringLiteral("lightpink")));
-    QVERIFY(attributes.value(QStringLiteral("garbage.so")).contains(QStringLiteral("orange")));
+    QVERIFY(attributes.value(QStringLiteral("garbage" ES_TEST_LIBRARY_SUFFIX)).contains(QStringLiteral("orange")));
     QVERIFY(edges.contains(QStringLiteral("chain.b -> chain.a 1.0.0")));
     QVERIFY(edges.contains(QStringLiteral("chain.c -> chain.b 1.0")));
     QVERIFY(edges.contains(QStringLiteral("wrong.version -> chain.a 2.0.0, color=red, fontcolor=red")));
@@ -399,7 +399,7 @@ void tst_EsInspect::usage()
     const Run unchosen = inspect(mixed, {mixed});
     QCOMPARE(unchosen.exitCode, 1);
     QVERIFY(unchosen.out.contains(QStringLiteral("Configuration: none chosen")));
-    QVERIFY(block(unchosen.out, QStringLiteral("plugins/12_t/translated.so")).contains(QStringLiteral("status:         resolved")));
+    QVERIFY(block(unchosen.out, QStringLiteral("plugins/12_t/translated" ES_TEST_LIBRARY_SUFFIX)).contains(QStringLiteral("status:         resolved")));
 }
 
 QTEST_GUILESS_MAIN(tst_EsInspect)

@@ -555,8 +555,8 @@ void tst_Faults::scanOfHugeDirectoryWithLinkLoops()
     QVERIFY(link(QStringLiteral("."), QStringLiteral("/loop")));                 // the directory itself
     QVERIFY(link(QStringLiteral("d03333_a"), QStringLiteral("/link_to_a")));     // a second way to a plug-in
     QVERIFY(link(QStringLiteral(".."), QStringLiteral("/d06666_b/up")));         // back up, from inside
-    QVERIFY(link(QStringLiteral("self.so"), QStringLiteral("/d09999_c/self.so"))); // a link to itself
-    QVERIFY(link(QStringLiteral("../d03333_a/chain.a.so"), QStringLiteral("/d09998/copy.so")));
+    QVERIFY(link(QStringLiteral("self" ES_TEST_LIBRARY_SUFFIX), QStringLiteral("/d09999_c/self" ES_TEST_LIBRARY_SUFFIX))); // a link to itself
+    QVERIFY(link(QStringLiteral("../d03333_a/chain.a" ES_TEST_LIBRARY_SUFFIX), QStringLiteral("/d09998/copy" ES_TEST_LIBRARY_SUFFIX)));
 
     PluginFramework framework;
     auto *manager = framework.findChild<PluginManager *>();
@@ -582,7 +582,7 @@ void tst_Faults::scanOfHugeDirectoryWithLinkLoops()
         QCOMPARE(manager->find(QString::fromLatin1(name))->state(), int(PluginInfo::Active));
     QCOMPARE(errors.count(), 1);
     QCOMPARE(errors.at(0).at(1).toString(), QStringLiteral("Exists the same symbolic, symbolic: chain.a"));
-    QCOMPARE(manager->findByFile(pluginsDir() + QStringLiteral("/d03333_a/chain.a.so"))->symbolic(),
+    QCOMPARE(manager->findByFile(pluginsDir() + QStringLiteral("/d03333_a/chain.a" ES_TEST_LIBRARY_SUFFIX))->symbolic(),
              QStringLiteral("chain.a"));
     QVERIFY2(scan < 60000, "the scan is far too slow");
     framework.stop();
@@ -611,7 +611,7 @@ void tst_Faults::faultMatrix()
     QByteArray garbage(64 * 1024, '\0');
     for (char &c : garbage)
         c = char(random.bounded(256));
-    writeFile(pluginsDir() + QStringLiteral("/garbage/garbage.so"), garbage);
+    writeFile(pluginsDir() + QStringLiteral("/garbage/garbage" ES_TEST_LIBRARY_SUFFIX), garbage);
     for (const char *name : {"unresolved.function", "unresolved.data", "not.qtplugin", "not.activator", "no.metadata",
                              "meta.empty", "meta.binary", "meta.nosymbolic", "no.dependency"})
         deployPlugin(QString::fromLatin1(name));

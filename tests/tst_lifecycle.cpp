@@ -319,7 +319,7 @@ void tst_Lifecycle::watcherInstallsNewDirectory()
     const QString staging = appDir() + QStringLiteral("/staging");
     QDir(staging).removeRecursively();
     QDir().mkpath(staging);
-    QFile::copy(builtPlugin(QStringLiteral("chain.b")), staging + QStringLiteral("/chain.b.so"));
+    QFile::copy(builtPlugin(QStringLiteral("chain.b")), staging + QStringLiteral("/chain.b" ES_TEST_LIBRARY_SUFFIX));
     QVERIFY(QDir().rename(staging, pluginsDir() + QStringLiteral("/chain.b")));
 
     QTRY_VERIFY(manager->find(QStringLiteral("chain.b")));

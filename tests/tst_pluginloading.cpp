@@ -185,7 +185,7 @@ void tst_PluginLoading::problemsNameTheReasonAndWhatItConcerns()
 
 void tst_PluginLoading::brokenLibraries()
 {
-    writeFile(pluginsDir() + QStringLiteral("/1_garbage/garbage.so"), QByteArray(4096, '\x7f'));
+    writeFile(pluginsDir() + QStringLiteral("/1_garbage/garbage" ES_TEST_LIBRARY_SUFFIX), QByteArray(4096, '\x7f'));
     deployPlugin(QStringLiteral("unresolved.symbol"), QStringLiteral("2_unresolved"));
     deployPlugin(QStringLiteral("not.qtplugin"), QStringLiteral("3_notqt"));
     deployPlugin(QStringLiteral("no.metadata"), QStringLiteral("4_nometa"));

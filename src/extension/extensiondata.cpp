@@ -1,6 +1,8 @@
 #include "extensiondata.h"
 #include "extensiondata_p.h"
 
+#include <framework/debugoutput_p.h>
+
 #include <extension/extensionconstance.h>
 #include <extension/extensionhandler.h>
 
@@ -163,7 +165,7 @@ int ExtensionData::active(QGenericArgument a0, QGenericArgument a1, QGenericArgu
     handleEvent(makeExtensionEvent(ExtensionConstance::EXT_EVENT_TYPE_START_PLUGIN, id(), plugin(), pointId(),
                                    extendPlugin()),
                 nullptr);
-    qDebug() << "virtual int ExtensionSystem::ExtensionData::active(QGenericArgument, QGenericArgument, "
+    ES_DEBUG_IF_SHOWN() << "virtual int ExtensionSystem::ExtensionData::active(QGenericArgument, QGenericArgument, "
                 "QGenericArgument, QGenericArgument, QGenericArgument, QGenericArgument, QGenericArgument, "
                 "QGenericArgument, QGenericArgument, QGenericArgument)"
              << "Request Start Plugin:" << plugin();

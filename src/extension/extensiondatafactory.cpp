@@ -1,6 +1,8 @@
 #include "extensiondatafactory.h"
 #include "extensiondatafactory_p.h"
 
+#include <framework/debugoutput_p.h>
+
 #include <extension/extensionhandler.h>
 #include <extension/extensionhandlerfactory.h>
 
@@ -44,7 +46,7 @@ void ExtensionDataFactoryPrivate::State::restoreInitial() const
 {
     if (!factory)
         return;
-    qDebug() << "ExtensionDataFactoryPrivate::State::restoreInitial()";
+    ES_DEBUG_IF_SHOWN() << "ExtensionDataFactoryPrivate::State::restoreInitial()";
     applyAll(true);
 }
 
@@ -268,7 +270,7 @@ ExtensionData *ExtensionDataFactory::create(ExtensionHandler *handler)
 void ExtensionDataFactory::setCurrentItem(const QString &id)
 {
     Q_D(ExtensionDataFactory);
-    qDebug() << "setcurrentItem" << id << d->items.keys();
+    ES_DEBUG_IF_SHOWN() << "setcurrentItem" << id << d->items.keys();
     ExtensionData *item = d->items.value(id);
     if (!item)
         return;

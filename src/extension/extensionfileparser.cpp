@@ -4,7 +4,6 @@
 #include "extensionfileparsetask.h"
 #include "extensionstorage.h"
 
-#include <QtCore/QCoreApplication>
 #include <QtCore/QFile>
 #include <QtCore/QThreadPool>
 
@@ -34,8 +33,6 @@ ExtensionFileParser::ExtensionFileParser(ExtensionStorage *storage, QObject *par
 {
     Q_D(ExtensionFileParser);
     d->storage = storage;
-    // The record comes back from the pool thread through a queued signal.
-    ExtType::registerMetaTypes();
 }
 
 ExtensionFileParser::~ExtensionFileParser() = default;
@@ -46,8 +43,7 @@ bool ExtensionFileParser::parse(QString filepath)
     if (filepath.isEmpty() || !QFile::exists(filepath))
         return false;
 
-    QString key = filepath;
-    key.remove(QCoreApplication::applicationDirPath(), Qt::CaseSensitive);
+    const QString key = ExtType::storedPath(filepath);
 
     QString symbolic;
     QString storedDigest;

@@ -5,7 +5,6 @@
 
 #include <framework/debugoutput_p.h>
 
-#include <QtCore/QCoreApplication>
 #include <QtCore/QCryptographicHash>
 #include <QtCore/QDateTime>
 #include <QtCore/QDebug>
@@ -50,8 +49,7 @@ ExtensionFileParseTask::~ExtensionFileParseTask() = default;
 QString ExtensionFileParseTask::digest(const QString &filepath)
 {
     const QFileInfo info(filepath);
-    QString directory = info.path();
-    directory.remove(QCoreApplication::applicationDirPath(), Qt::CaseSensitive);
+    const QString directory = ExtType::storedPath(info.path());
 
     QCryptographicHash hash(QCryptographicHash::Sha1);
     hash.addData(directory.toUtf8());
@@ -63,8 +61,7 @@ QString ExtensionFileParseTask::digest(const QString &filepath)
 void ExtensionFileParseTask::run()
 {
     Q_D(ExtensionFileParseTask);
-    if (debugOutputEnabled())
-        qDebug() << "virtual void ExtensionSystem::Internal::ExtensionFileParseTask::run()" << ">" << d->filepath;
+    ES_DEBUG_IF_SHOWN() << "virtual void ExtensionSystem::Internal::ExtensionFileParseTask::run()" << ">" << d->filepath;
 
     QFile file(d->filepath);
     if (!file.exists()) {
@@ -86,7 +83,7 @@ void ExtensionFileParseTask::run()
                 .arg(d->filepath, QString::number(line), QString::number(column), message);
         };
         emit errorOccured(invalidFormat());
-        qDebug() << invalidFormat();
+        ES_DEBUG_IF_SHOWN() << invalidFormat();
         file.close();
         return;
     }
@@ -98,7 +95,7 @@ void ExtensionFileParseTask::run()
     }
 
     const QString md5 = digest(file.fileName());
-    d->filepath.remove(QCoreApplication::applicationDirPath(), Qt::CaseSensitive);
+    d->filepath = ExtType::storedPath(d->filepath);
 
     ExtType::Plugin plugin;
     plugin.symbolic = trimmedAttribute(root, ExtensionConstance::FILE_PLUGIN_ID);

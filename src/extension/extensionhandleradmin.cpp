@@ -1,6 +1,8 @@
 #include "extensionhandleradmin.h"
 #include "extensionhandleradmin_p.h"
 
+#include <framework/debugoutput_p.h>
+
 #include <extension/extensioncallback.h>
 #include <extension/extensionhandler.h>
 
@@ -96,7 +98,7 @@ void ExtensionHandlerAdmin::errorOccured(int error, const QString &errorString)
     Q_D(ExtensionHandlerAdmin);
     // Without a context (the -4 failures) the name is empty.
     const QString symbolic = d->context ? d->context->symbolic() : QString();
-    qDebug() << "[ERROR] plugin:" << symbolic << "- ExtensionHandlerAdmin:" << error << "-" << errorString;
+    ES_DEBUG_IF_SHOWN() << "[ERROR] plugin:" << symbolic << "- ExtensionHandlerAdmin:" << error << "-" << errorString;
 }
 
 void ExtensionHandlerAdmin::setPluginContext(PluginContext *context)

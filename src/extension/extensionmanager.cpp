@@ -21,8 +21,6 @@ ExtensionManagerPrivate::ExtensionManagerPrivate(PluginFrameworkContext *context
     , extensionFileParser(nullptr)
     , extensionStorage(nullptr)
 {
-    // The parse result crosses from the pool thread through a queued signal.
-    ExtType::registerMetaTypes();
 }
 
 ExtensionManagerPrivate::~ExtensionManagerPrivate()
@@ -53,8 +51,7 @@ void ExtensionManagerPrivate::pluginChanged(const PluginEvent &event)
     const int action = event.action();
     const int previous = event.prevAction();
     const QString symbolic = event.symbolic();
-    if (debugOutputEnabled())
-        qDebug() << "PluginChanged:" << symbolic << " - state:" << previous << "->" << action;
+    ES_DEBUG_IF_SHOWN() << "PluginChanged:" << symbolic << " - state:" << previous << "->" << action;
     if (symbolic.isEmpty())
         return;
     // Resolved and every later state count as present.

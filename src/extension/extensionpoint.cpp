@@ -140,8 +140,7 @@ void ExtensionPoint::unregisterExtensionHandler(const QString &id)
 void ExtensionPoint::updateExtensionText(const QStringList &text)
 {
     Q_D(ExtensionPoint);
-    if (debugOutputEnabled())
-        qDebug() << "ExtensionPointPrivate::updateExtensionText >" << id() << "\n\t>" << text;
+    ES_DEBUG_IF_SHOWN() << "ExtensionPointPrivate::updateExtensionText >" << id() << "\n\t>" << text;
     if (text.isEmpty())
         return;
     const QList<ExtensionData *> items = parseExtensionText(text);

@@ -9,7 +9,6 @@
 #include <framework/pluginframeworkcontext.h>
 #include <object/iobjectnotifier.h>
 
-#include <QtCore/QCoreApplication>
 
 namespace ExtensionSystem {
 namespace Internal {
@@ -204,7 +203,7 @@ void ExtensionPointAdmin::dispatchExtensionData(ExtType::Plugin plugin)
 
 void ExtensionPointAdmin::dispatchExtensionData(QString filepath)
 {
-    const QString relative = filepath.trimmed().remove(QCoreApplication::applicationDirPath(), Qt::CaseSensitive);
+    const QString relative = ExtType::storedPath(filepath.trimmed());
     if (relative.isEmpty() || !extensionStorage)
         return;
     const QMultiHash<QString, QString> texts = extensionStorage->extensionTextsOfFile(relative);

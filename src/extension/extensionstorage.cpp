@@ -125,7 +125,7 @@ void ExtensionStoragePrivate::healIfUnusable()
     for (int n = 2; QFile::exists(aside); ++n)
         aside = stamped + QStringLiteral("-%1").arg(n);
     if (!QFile::rename(path, aside)) {
-        qDebug() << "[ERROR] > extension.dat is not a usable store:" << found << "- it cannot be moved aside to"
+        ES_DEBUG_IF_SHOWN() << "[ERROR] > extension.dat is not a usable store:" << found << "- it cannot be moved aside to"
                  << aside << "and stays as it is";
         db.open();
         return;
@@ -135,7 +135,7 @@ void ExtensionStoragePrivate::healIfUnusable()
         if (QFile::exists(path + QLatin1String(suffix)))
             QFile::rename(path + QLatin1String(suffix), aside + QLatin1String(suffix));
     }
-    qDebug() << "[DB] > extension.dat is not a usable store:" << found << "- moved it to" << aside
+    ES_DEBUG_IF_SHOWN() << "[DB] > extension.dat is not a usable store:" << found << "- moved it to" << aside
              << "and started a new one";
     db.open();
 }
@@ -143,7 +143,7 @@ void ExtensionStoragePrivate::healIfUnusable()
 void ExtensionStoragePrivate::initialize()
 {
     if (!db.isOpen() && !db.open()) {
-        qDebug() << "[ERROR] > Cannot open DB";
+        ES_DEBUG_IF_SHOWN() << "[ERROR] > Cannot open DB";
         return;
     }
     healIfUnusable();
@@ -158,7 +158,7 @@ bool ExtensionStoragePrivate::open()
 {
     if (db.isOpen() || db.open())
         return true;
-    qDebug() << "[SQL ERROR] > Open DB Error:" << db.lastError().text();
+    ES_DEBUG_IF_SHOWN() << "[SQL ERROR] > Open DB Error:" << db.lastError().text();
     return false;
 }
 
@@ -208,12 +208,12 @@ ExtensionStorage::ExtensionStorage(const QDir &dataDir, QObject *parent)
     d->db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QLatin1String(QSqlDatabase::defaultConnection));
 
     if (!dataDir.exists() && !dataDir.mkpath(dataDir.absolutePath())) {
-        qDebug() << "[Error] > ExtensionStorage: Cannot find the data storage path:" << dataDir.absolutePath();
+        ES_DEBUG_IF_SHOWN() << "[Error] > ExtensionStorage: Cannot find the data storage path:" << dataDir.absolutePath();
         // Lands in the working directory.
         d->db.setDatabaseName(DB_FILE_NAME);
     } else {
         d->db.setDatabaseName(dataDir.absoluteFilePath(DB_FILE_NAME));
-        qDebug() << "ExtensionStorage > dbpath:" << dataDir.absoluteFilePath(DB_FILE_NAME) << d->db.databaseName();
+        ES_DEBUG_IF_SHOWN() << "ExtensionStorage > dbpath:" << dataDir.absoluteFilePath(DB_FILE_NAME) << d->db.databaseName();
     }
     d->initialize();
 }
@@ -236,8 +236,7 @@ ExtensionStorage::~ExtensionStorage()
 void ExtensionStorage::writeExtensionPlugin(ExtType::Plugin plugin)
 {
     Q_D(ExtensionStorage);
-    if (debugOutputEnabled())
-        qDebug() << "[DB] > writeExtensionPlugin:" << plugin.symbolic;
+    ES_DEBUG_IF_SHOWN() << "[DB] > writeExtensionPlugin:" << plugin.symbolic;
     if (plugin.symbolic.isEmpty())
         return;
 

@@ -1,5 +1,6 @@
 #include "exttype.h"
 
+#include <QtCore/QCoreApplication>
 #include <QtCore/QVariantHash>
 
 namespace ExtensionSystem {
@@ -17,6 +18,13 @@ void registerMetaTypes()
     qRegisterMetaType<PointList>("ExtType::PointList");
     qRegisterMetaType<DataList>("ExtType::DataList");
     qRegisterMetaType<Plugin>("ExtType::Plugin");
+}
+
+Q_CONSTRUCTOR_FUNCTION(registerMetaTypes)
+
+QString storedPath(QString path)
+{
+    return path.remove(QCoreApplication::applicationDirPath(), Qt::CaseSensitive);
 }
 
 } // namespace ExtType

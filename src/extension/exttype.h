@@ -43,8 +43,13 @@ struct Plugin
 };
 
 // Registers the records under their full and their short names, so that they cross
-// queued connections declared either way. Safe to call more than once.
+// queued connections declared either way: the parse result comes back from the
+// pool thread so. Done once when the library is loaded; safe to call again.
 EXTENSIONSYSTEM_EXPORT void registerMetaTypes();
+
+// A file's path as the extension store keys it: with the application directory
+// taken out wherever it occurs.
+QString storedPath(QString path);
 
 } // namespace ExtType
 } // namespace ExtensionSystem

@@ -1,6 +1,7 @@
 #ifndef EXTENSIONSYSTEM_DEBUGOUTPUT_P_H
 #define EXTENSIONSYSTEM_DEBUGOUTPUT_P_H
 
+#include <QtCore/QDebug>
 #include <QtCore/QLoggingCategory>
 
 namespace ExtensionSystem {
@@ -19,5 +20,13 @@ inline bool debugOutputEnabled()
 
 } // namespace Internal
 } // namespace ExtensionSystem
+
+// qDebug() for every debug line of the library, skipped, text and all, when
+// debug output is off: what is printed stays the same, and nothing is built
+// for a line nobody sees.
+#define ES_DEBUG_IF_SHOWN() \
+    if (!ExtensionSystem::Internal::debugOutputEnabled()) { \
+    } else \
+        qDebug()
 
 #endif // EXTENSIONSYSTEM_DEBUGOUTPUT_P_H

@@ -1,6 +1,8 @@
 #include "pluginframework.h"
 #include "pluginframework_p.h"
 
+#include <framework/debugoutput_p.h>
+
 #include "pluginframeworkconfig.h"
 #include "pluginframeworkcontext.h"
 
@@ -116,7 +118,7 @@ void PluginFramework::init()
     const QString languagePath = PluginFrameworkConfig::languageDir().path();
     const QDir pluginsDir = PluginFrameworkConfig::pluginsDir();
 
-    qDebug() << "Framework Configure:"
+    ES_DEBUG_IF_SHOWN() << "Framework Configure:"
              << "\n |-> plugin dir:           " << pluginsDir.path()
              << "\n |-> language dir:         " << languagePath
              << "\n |-> config dir:           " << configPath
@@ -125,7 +127,7 @@ void PluginFramework::init()
              << "\n |-> watchingPluginDir:    " << (watching ? "true" : "false");
 
     if (!pluginsDir.exists()) {
-        d->error = 1;
+        d->error = PluginsDirMissingError;
         d->errorString = tr("The Plugins Directory not exists");
         emit errorOccured(d->error, d->errorString);
         return;

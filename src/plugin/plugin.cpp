@@ -37,13 +37,13 @@ PluginPrivate::PluginPrivate(const QFileInfo &file, PluginFrameworkContext *cont
         error = Plugin::LoadError;
         errorString = QObject::tr("Cannot load plugin library: %1, error: %2")
                           .arg(fileInfo.fileName(), loader.errorString());
-        qDebug() << "[ERROR] loading:" << fileInfo.fileName() << ">" << loader.errorString();
+        ES_DEBUG_IF_SHOWN() << "[ERROR] loading:" << fileInfo.fileName() << ">" << loader.errorString();
     }
     if (!loader.instance()) {
         error = Plugin::InstanceError;
         errorString = QObject::tr("Cannot instance plugin library: %1, error: %2")
                           .arg(fileInfo.fileName(), loader.errorString());
-        qDebug() << "[ERROR] loading:" << fileInfo.fileName() << ">" << loader.errorString();
+        ES_DEBUG_IF_SHOWN() << "[ERROR] loading:" << fileInfo.fileName() << ">" << loader.errorString();
         return;
     }
 
@@ -52,8 +52,7 @@ PluginPrivate::PluginPrivate(const QFileInfo &file, PluginFrameworkContext *cont
     metaData = new PluginMetaData(PluginConstance::PLUGIN_METAFILE.arg(base));
     if (metaData->isValid()) {
         valid = true;
-        if (debugOutputEnabled())
-            qDebug() << "     |-> init:" << metaData->symbolic();
+        ES_DEBUG_IF_SHOWN() << "     |-> init:" << metaData->symbolic();
     } else {
         error = metaData->error();
         errorString = metaData->errorString();
@@ -91,8 +90,7 @@ Plugin::Plugin(const QFileInfo &file, PluginFrameworkContext *context, QObject *
 
 Plugin::~Plugin()
 {
-    if (debugOutputEnabled())
-        qDebug() << "virtual ExtensionSystem::Plugin::~Plugin()" << ">" << symbolic();
+    ES_DEBUG_IF_SHOWN() << "virtual ExtensionSystem::Plugin::~Plugin()" << ">" << symbolic();
     setState(PluginInfo::Uninstalled);
 }
 

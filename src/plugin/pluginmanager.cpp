@@ -20,33 +20,6 @@ namespace ExtensionSystem {
 
 using namespace Internal;
 
-namespace {
-
-// The one place that knows what a plug-in library is called on this platform.
-#if defined(Q_OS_WIN)
-const char librarySuffix[] = ".dll";
-#elif defined(Q_OS_DARWIN)
-const char librarySuffix[] = ".dylib";
-#else
-const char librarySuffix[] = ".so";
-#endif
-
-// The files that the name filter "*" + suffix selects, in the directory's
-// order. QDir's name filters build and compile a regular expression for every
-// directory listed, which costs more than loading a small library; a wildcard
-// of this form only asks for the suffix, in any case, as QDir matches it.
-QFileInfoList libraryFiles(const QDir &dir)
-{
-    QFileInfoList files = dir.entryInfoList(QDir::Files);
-    const auto notLibrary = [](const QFileInfo &file) {
-        return !file.fileName().endsWith(QLatin1String(librarySuffix), Qt::CaseInsensitive);
-    };
-    files.erase(std::remove_if(files.begin(), files.end(), notLibrary), files.end());
-    return files;
-}
-
-} // namespace
-
 namespace Internal {
 
 PluginManagerPrivate::PluginManagerPrivate(PluginFrameworkContext *context)
@@ -77,7 +50,7 @@ void PluginManagerPrivate::handleError(int error, const QString &errorString)
     Q_Q(PluginManager);
     this->error = error;
     this->errorString = errorString;
-    qDebug() << "PluginManager::Error >" << errorString;
+    ES_DEBUG_IF_SHOWN() << "PluginManager::Error >" << errorString;
     emit q->errorOccured(error, errorString);
 }
 
@@ -86,20 +59,19 @@ void PluginManagerPrivate::installDirectory(const QDir &pluginDir)
     Q_Q(PluginManager);
     if (!pluginDir.exists()) {
         const QString text = QObject::tr("The 'plugins' directory not exists!");
-        handleError(1, text);
-        qDebug() << "[PluginManager] > installPlugins:" << text;
+        handleError(PluginManager::PluginsDirMissingError, text);
+        ES_DEBUG_IF_SHOWN() << "[PluginManager] > installPlugins:" << text;
         return;
     }
-    qDebug() << "[PluginManager] > installPlugins:";
+    ES_DEBUG_IF_SHOWN() << "[PluginManager] > installPlugins:";
 
     const QFileInfoList directories = pluginDir.entryInfoList(QDir::Dirs | QDir::NoSymLinks | QDir::NoDotAndDotDot);
     pluginCount = directories.size();
     for (const QFileInfo &directory : directories) {
         const QDir dir(directory.absoluteFilePath());
-        if (debugOutputEnabled())
-            qDebug() << " |->" << dir.dirName();
+        ES_DEBUG_IF_SHOWN() << " |->" << dir.dirName();
         bool installed = false;
-        const QFileInfoList libraries = libraryFiles(dir);
+        const QFileInfoList libraries = PluginManager::libraryFiles(dir);
         for (const QFileInfo &library : libraries)
             installed = installFile(library);
         // Only the last library of a directory decides whether its extension file is announced.
@@ -115,16 +87,15 @@ bool PluginManagerPrivate::installFile(const QFileInfo &fileinfo)
 {
     Q_Q(PluginManager);
     if (pluginFiles.value(fileinfo.filePath())) {
-        handleError(4, QObject::tr("The specified plugin has been installed, file: %1").arg(fileinfo.filePath()));
+        handleError(PluginManager::AlreadyInstalledError, QObject::tr("The specified plugin has been installed, file: %1").arg(fileinfo.filePath()));
         return false;
     }
-    if (debugOutputEnabled())
-        qDebug() << "   |->" << fileinfo.absoluteFilePath();
+    ES_DEBUG_IF_SHOWN() << "   |->" << fileinfo.absoluteFilePath();
 
     auto *plugin = new Plugin(fileinfo, context, q);
     const QString symbolic = plugin->symbolic();
     if (plugins.value(symbolic)) {
-        handleError(5, QObject::tr("Exists the same symbolic, symbolic: %1").arg(symbolic));
+        handleError(PluginManager::SymbolicTakenError, QObject::tr("Exists the same symbolic, symbolic: %1").arg(symbolic));
         PluginProblem reason = PluginResolver::libraryProblem(fileinfo.completeBaseName(), plugin->metaData(),
                                                               plugin->loaderErrorString());
         if (!reason.isProblem())
@@ -135,21 +106,20 @@ bool PluginManagerPrivate::installFile(const QFileInfo &fileinfo)
     }
 
     const int policy = context->config->pluginStartupPolicy(symbolic);
-    if (debugOutputEnabled())
-        qDebug() << "     |->" << symbolic << ":" << policy;
+    ES_DEBUG_IF_SHOWN() << "     |->" << symbolic << ":" << policy;
     // Recorded before the lists are applied: a refused plug-in stays visible with its policy.
     if (plugin->metaData()) {
         pluginInfos.insert(symbolic, PluginInfo(plugin->metaData(), plugin->state(), true,
                                                 fileinfo.absolutePath(), fileinfo.filePath(), policy));
     }
     if (policy == PluginFrameworkConfig::PolicyDisable) {
-        handleError(9, QObject::tr("Plugin: '%1' in the blacklist, cannot install it!").arg(symbolic));
+        handleError(PluginManager::BlacklistedError, QObject::tr("Plugin: '%1' in the blacklist, cannot install it!").arg(symbolic));
         refuse(plugin, PluginProblem(PluginProblem::Blacklisted, symbolic));
         plugin->deleteLater();
         return false;
     }
     if (policy == PluginFrameworkConfig::PolicyUndefine && context->config->loadEnabledPluginOnly()) {
-        handleError(10, QObject::tr("Plugin: '%1' not in the whitelist, and loadEnabledPluginOnly is ON, "
+        handleError(PluginManager::NotWhitelistedError, QObject::tr("Plugin: '%1' not in the whitelist, and loadEnabledPluginOnly is ON, "
                                     "cannot install it!").arg(symbolic));
         refuse(plugin, PluginProblem(PluginProblem::NotWhitelisted, symbolic));
         plugin->deleteLater();
@@ -225,10 +195,8 @@ PluginProblem PluginManagerPrivate::memberRefusal(const QString &symbolic) const
 void PluginManagerPrivate::pluginStateChanaged(const QString &symbolic, int from, int to)
 {
     Plugin *plugin = plugins.value(symbolic);
-    if (debugOutputEnabled()) {
-        qDebug() << "void ExtensionSystem::Internal::PluginManagerPrivate::pluginStateChanaged(const QString&, int, int)"
-                 << ">" << symbolic << plugin << "- state:" << from << "->" << to;
-    }
+    ES_DEBUG_IF_SHOWN() << "void ExtensionSystem::Internal::PluginManagerPrivate::pluginStateChanaged(const QString&, int, int)"
+             << ">" << symbolic << plugin << "- state:" << from << "->" << to;
     if (!plugin)
         return;
     auto info = pluginInfos.find(symbolic);
@@ -250,42 +218,41 @@ void PluginManagerPrivate::pluginStateChanaged(const QString &symbolic, int from
 void PluginManagerPrivate::startStep(Plugin *plugin)
 {
     if (!plugin) {
-        handleError(3, QObject::tr("Cannot start plugin, that is invalid"));
+        handleError(PluginManager::InvalidPluginError, QObject::tr("Cannot start plugin, that is invalid"));
         return;
     }
-    if (debugOutputEnabled())
-        qDebug() << "PluginManager::Start >" << plugin->symbolic() << ":" << plugin->state();
+    ES_DEBUG_IF_SHOWN() << "PluginManager::Start >" << plugin->symbolic() << ":" << plugin->state();
     if (plugin->state() == PluginInfo::Active)
         return;
-    if (plugin->state() > 3) {
+    if (plugin->state() >= PluginInfo::Resolved) { // Resolved, or inside a start or stop
         plugin->start();
         return;
     }
-    handleError(7, QObject::tr("Cannot start plugin: %1, that is not resolved").arg(plugin->symbolic()));
+    handleError(PluginManager::NotResolvedError, QObject::tr("Cannot start plugin: %1, that is not resolved").arg(plugin->symbolic()));
 }
 
 void PluginManagerPrivate::stopStep(Plugin *plugin)
 {
     if (!plugin) {
-        handleError(3, QObject::tr("Cannot stop plugin, that is invalid"));
+        handleError(PluginManager::InvalidPluginError, QObject::tr("Cannot stop plugin, that is invalid"));
         return;
     }
     if (plugin->state() == PluginInfo::Active) {
         plugin->stop();
         return;
     }
-    handleError(8, QObject::tr("Cannot stop plugin: %1, that is not actived").arg(plugin->symbolic()));
+    handleError(PluginManager::NotActiveError, QObject::tr("Cannot stop plugin: %1, that is not actived").arg(plugin->symbolic()));
 }
 
 void PluginManagerPrivate::start(const QString &symbolic)
 {
-    qDebug() << "void ExtensionSystem::Internal::PluginManagerPrivate::start(const QString&)" << symbolic;
+    ES_DEBUG_IF_SHOWN() << "void ExtensionSystem::Internal::PluginManagerPrivate::start(const QString&)" << symbolic;
     if (!plugins.value(symbolic)) {
-        handleError(6, QObject::tr("Cannot start plugin: %1, that is not installed").arg(symbolic));
+        handleError(PluginManager::NotInstalledError, QObject::tr("Cannot start plugin: %1, that is not installed").arg(symbolic));
         return;
     }
     const QStringList list = loadQueue->startList(symbolic);
-    qDebug() << "PluginManager::start >" << symbolic << list;
+    ES_DEBUG_IF_SHOWN() << "PluginManager::start >" << symbolic << list;
     for (const QString &name : list)
         startStep(plugins.value(name));
 }
@@ -293,11 +260,11 @@ void PluginManagerPrivate::start(const QString &symbolic)
 void PluginManagerPrivate::stop(const QString &symbolic)
 {
     if (!plugins.value(symbolic)) {
-        handleError(6, QObject::tr("The plugin: %1 is not installed").arg(symbolic));
+        handleError(PluginManager::NotInstalledError, QObject::tr("The plugin: %1 is not installed").arg(symbolic));
         return;
     }
     const QStringList list = loadQueue->stopList(symbolic);
-    qDebug() << "void ExtensionSystem::Internal::PluginManagerPrivate::stop(const QString&)" << ">" << list;
+    ES_DEBUG_IF_SHOWN() << "void ExtensionSystem::Internal::PluginManagerPrivate::stop(const QString&)" << ">" << list;
     for (const QString &name : list)
         stopStep(plugins.value(name));
 }
@@ -351,6 +318,31 @@ QStringList PluginManager::loadQueue() const
     return d_func()->loadQueue->queue();
 }
 
+QString PluginManager::librarySuffix()
+{
+    // The one place that knows what a plug-in library is called on this platform.
+#if defined(Q_OS_WIN)
+    return QStringLiteral(".dll");
+#elif defined(Q_OS_DARWIN)
+    return QStringLiteral(".dylib");
+#else
+    return QStringLiteral(".so");
+#endif
+}
+
+QFileInfoList PluginManager::libraryFiles(const QDir &dir)
+{
+    // By suffix, in any case, as the name filter "*" + suffix would select them;
+    // a QDir name filter compiles a regular expression for every directory listed.
+    const QString suffix = librarySuffix();
+    QFileInfoList files = dir.entryInfoList(QDir::Files);
+    const auto notLibrary = [&suffix](const QFileInfo &file) {
+        return !file.fileName().endsWith(suffix, Qt::CaseInsensitive);
+    };
+    files.erase(std::remove_if(files.begin(), files.end(), notLibrary), files.end());
+    return files;
+}
+
 QList<PluginProblem> PluginManager::problems(const QString &name) const
 {
     Q_D(const PluginManager);
@@ -393,7 +385,7 @@ void PluginManager::uninstall(QString symbolic)
     Q_D(PluginManager);
     Plugin *plugin = d->plugins.value(symbolic);
     if (!plugin) {
-        d->handleError(6, tr("The plugin: %1 is not installed").arg(symbolic));
+        d->handleError(PluginManager::NotInstalledError, tr("The plugin: %1 is not installed").arg(symbolic));
         return;
     }
     d->stop(symbolic);
@@ -414,8 +406,7 @@ void PluginManager::start()
 {
     Q_D(PluginManager);
     const QStringList queue = d->loadQueue->queue();
-    if (debugOutputEnabled())
-        qDebug() << "START:" << queue;
+    ES_DEBUG_IF_SHOWN() << "START:" << queue;
     for (const QString &name : queue) {
         Plugin *plugin = d->plugins.value(name);
         if (plugin && plugin->state() == PluginInfo::Resolved)

@@ -29,6 +29,20 @@ class EXTENSIONSYSTEM_EXPORT PluginManager : public QObject
     Q_OBJECT
     ES_DECLARE_PRIVATE(PluginManager)
 public:
+    // The numbers of error() and errorOccured(); 2 is not used.
+    enum Error {
+        NoError = 0,
+        PluginsDirMissingError = 1,
+        InvalidPluginError = 3,
+        AlreadyInstalledError = 4,
+        SymbolicTakenError = 5,
+        NotInstalledError = 6,
+        NotResolvedError = 7,
+        NotActiveError = 8,
+        BlacklistedError = 9,
+        NotWhitelistedError = 10
+    };
+
     PluginManager(Internal::PluginFrameworkContext *context, QObject *parent);
     ~PluginManager() override;
 
@@ -42,6 +56,11 @@ public:
     // Why the plug-in of that symbolic name, or the library of that base name, is
     // not running: empty while it runs, otherwise the reasons, the first one first.
     QList<PluginProblem> problems(const QString &name) const;
+
+    // The platform's file name suffix of a plug-in library (".so" on Linux), and
+    // the files of a plug-in directory that the scan installs, in its order.
+    static QString librarySuffix();
+    static QFileInfoList libraryFiles(const QDir &dir);
 
 signals:
     void errorOccured(int error, QString errorString);

@@ -1,6 +1,8 @@
 #include "pluginmetadata.h"
 #include "pluginmetadata_p.h"
 
+#include <framework/debugoutput_p.h>
+
 #include "pluginconstance.h"
 
 #include <QtCore/QDebug>
@@ -33,7 +35,7 @@ void PluginMetaDataPrivate::read()
 {
     QFile file(filepath);
     if (!file.open(QIODevice::ReadOnly)) {
-        qDebug() << "[ERROR] > Cannot open the meta file:" << filepath;
+        ES_DEBUG_IF_SHOWN() << "[ERROR] > Cannot open the meta file:" << filepath;
         setError(PluginMetaData::OpenError, QObject::tr("Cannot open the meta file: %1").arg(filepath));
         return;
     }

@@ -5,6 +5,7 @@
 #include <plugin/ipluginactivator.h>
 #include <plugin/pluginconstance.h>
 #include <plugin/plugindependency.h>
+#include <plugin/pluginmanager.h>
 #include <plugin/pluginmetadata.h>
 
 #include <QtCore/QFile>
@@ -16,14 +17,6 @@
 using namespace ExtensionSystem;
 
 namespace {
-
-#if defined(Q_OS_WIN)
-const char libraryPattern[] = "*.dll";
-#elif defined(Q_OS_MACOS)
-const char libraryPattern[] = "*.dylib";
-#else
-const char libraryPattern[] = "*.so";
-#endif
 
 // Every metadata resource that is registered now, under any name.
 QSet<QString> metaResources()
@@ -128,10 +121,9 @@ int Inspector::policy(const QString &symbolic) const
 void Inspector::scan()
 {
     const QDir pluginsDir(m_applicationDir.filePath(PluginFrameworkConstance::PLUGIN_DIR));
-    const QStringList pattern(QString::fromLatin1(libraryPattern));
 
     // Libraries outside the one level of sub-directories are never seen.
-    const QFileInfoList stray = pluginsDir.entryInfoList(pattern, QDir::Files);
+    const QFileInfoList stray = PluginManager::libraryFiles(pluginsDir);
     for (const QFileInfo &file : stray)
         m_notes << QObject::tr("%1 lies directly in plugins/ and is not scanned: each plug-in needs a "
                                "directory of its own").arg(relative(file.filePath()));
@@ -139,7 +131,7 @@ void Inspector::scan()
     const QFileInfoList directories = pluginsDir.entryInfoList(QDir::Dirs | QDir::NoSymLinks | QDir::NoDotAndDotDot);
     for (const QFileInfo &directory : directories) {
         const QDir dir(directory.absoluteFilePath());
-        const QFileInfoList libraries = dir.entryInfoList(pattern, QDir::Files);
+        const QFileInfoList libraries = PluginManager::libraryFiles(dir);
         if (libraries.isEmpty())
             m_notes << QObject::tr("%1/ holds no library").arg(relative(dir.absolutePath()));
         for (const QFileInfo &library : libraries) {
