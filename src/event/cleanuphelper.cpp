@@ -2,8 +2,6 @@
 
 namespace ExtensionSystem {
 
-CleanupHelper::~CleanupHelper()
-{
-}
+CleanupHelper::~CleanupHelper() = default;
 
 } // namespace ExtensionSystem

@@ -19,9 +19,7 @@ EventManagerPrivate::EventManagerPrivate()
 {
 }
 
-EventManagerPrivate::~EventManagerPrivate()
-{
-}
+EventManagerPrivate::~EventManagerPrivate() = default;
 
 void EventManagerPrivate::dispatch(const QSharedDataPointer<EventData> &data)
 {
@@ -70,43 +68,48 @@ EventManager::EventManager(PluginFrameworkContext *context, QObject *parent)
     d->context = context;
 }
 
-EventManager::~EventManager()
-{
-}
+EventManager::~EventManager() = default;
 
 void EventManager::publish(const PluginEvent &event)
 {
-    d_func()->dispatch(event.sharedData());
+    Q_D(EventManager);
+    d->dispatch(event.sharedData());
 }
 
 void EventManager::publish(const FrameworkEvent &event)
 {
-    d_func()->dispatch(event.sharedData());
+    Q_D(EventManager);
+    d->dispatch(event.sharedData());
 }
 
 void EventManager::publish(const ServiceEvent &event)
 {
-    d_func()->dispatch(event.sharedData());
+    Q_D(EventManager);
+    d->dispatch(event.sharedData());
 }
 
 void EventManager::publish(const ExtensionEvent &event)
 {
-    d_func()->dispatch(event.sharedData());
+    Q_D(EventManager);
+    d->dispatch(event.sharedData());
 }
 
 void EventManager::publish(const CustomizedEvent &event)
 {
-    d_func()->dispatch(event.sharedData());
+    Q_D(EventManager);
+    d->dispatch(event.sharedData());
 }
 
 void EventManager::registerListener(const QString &symbolic, IListener *listener)
 {
-    d_func()->registerListener(symbolic, listener);
+    Q_D(EventManager);
+    d->registerListener(symbolic, listener);
 }
 
 void EventManager::unregisterListener(IListener *listener)
 {
-    d_func()->cleanup(listener);
+    Q_D(EventManager);
+    d->cleanup(listener);
 }
 
 void EventManager::trackEvent(const QString &symbolic, int eventType, const QObject *receiver,
@@ -120,8 +123,7 @@ void EventManager::trackEvent(const QString &symbolic, int eventType, const QObj
         return;
 
     auto *helper = new SubscribeHelper(this, eventType, receiver, slot, type);
-    connect(helper, SIGNAL(aboutDestory(SubscribeHelper *, int, const QObject *, const char *)),
-            this, SLOT(trackerAboutDestory(SubscribeHelper *, int, const QObject *, const char *)));
+    connect(helper, &SubscribeHelper::aboutDestory, this, &EventManager::trackerAboutDestory);
     helper->setCleanupHelper(d);
     helper->setProperty(QStringLiteral("plugin"), symbolic);
     helper->setProperty(QStringLiteral("type"), eventType);

@@ -7,9 +7,7 @@ ICustomizedListener::ICustomizedListener(int type)
 {
 }
 
-ICustomizedListener::~ICustomizedListener()
-{
-}
+ICustomizedListener::~ICustomizedListener() = default;
 
 void ICustomizedListener::event(const QSharedDataPointer<EventData> &data)
 {

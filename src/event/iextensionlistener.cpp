@@ -7,9 +7,7 @@ IExtensionListener::IExtensionListener()
 {
 }
 
-IExtensionListener::~IExtensionListener()
-{
-}
+IExtensionListener::~IExtensionListener() = default;
 
 void IExtensionListener::event(const QSharedDataPointer<EventData> &data)
 {

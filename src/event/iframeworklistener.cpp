@@ -7,9 +7,7 @@ IFrameworkListener::IFrameworkListener()
 {
 }
 
-IFrameworkListener::~IFrameworkListener()
-{
-}
+IFrameworkListener::~IFrameworkListener() = default;
 
 void IFrameworkListener::event(const QSharedDataPointer<EventData> &data)
 {

@@ -7,9 +7,7 @@ IPluginListener::IPluginListener()
 {
 }
 
-IPluginListener::~IPluginListener()
-{
-}
+IPluginListener::~IPluginListener() = default;
 
 void IPluginListener::event(const QSharedDataPointer<EventData> &data)
 {

@@ -7,9 +7,7 @@ IServiceListener::IServiceListener()
 {
 }
 
-IServiceListener::~IServiceListener()
-{
-}
+IServiceListener::~IServiceListener() = default;
 
 void IServiceListener::event(const QSharedDataPointer<EventData> &data)
 {

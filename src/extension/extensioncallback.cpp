@@ -18,9 +18,7 @@ ExtensionCallbackPrivate::ExtensionCallbackPrivate(const QString &id, const QStr
 {
 }
 
-ExtensionCallbackPrivate::~ExtensionCallbackPrivate()
-{
-}
+ExtensionCallbackPrivate::~ExtensionCallbackPrivate() = default;
 
 } // namespace Internal
 
@@ -31,9 +29,7 @@ ExtensionCallback::ExtensionCallback(const QString &id, const QString &plugin, c
 {
 }
 
-ExtensionCallback::~ExtensionCallback()
-{
-}
+ExtensionCallback::~ExtensionCallback() = default;
 
 QString ExtensionCallback::id() const
 {

@@ -50,9 +50,7 @@ ExtensionDataPrivate::ExtensionDataPrivate()
 {
 }
 
-ExtensionDataPrivate::~ExtensionDataPrivate()
-{
-}
+ExtensionDataPrivate::~ExtensionDataPrivate() = default;
 
 } // namespace Internal
 

@@ -104,9 +104,7 @@ ExtensionDataFactoryPrivate::ExtensionDataFactoryPrivate()
 {
 }
 
-ExtensionDataFactoryPrivate::~ExtensionDataFactoryPrivate()
-{
-}
+ExtensionDataFactoryPrivate::~ExtensionDataFactoryPrivate() = default;
 
 void ExtensionDataFactoryPrivate::handlerChildAdded(Object *child)
 {

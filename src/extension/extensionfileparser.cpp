@@ -7,8 +7,9 @@
 #include <QtCore/QFile>
 #include <QtCore/QThreadPool>
 
-using namespace ExtensionSystem;
-using namespace ExtensionSystem::Internal;
+namespace ExtensionSystem {
+
+using namespace Internal;
 
 ExtensionFileParserPrivate::ExtensionFileParserPrivate()
     : error(0)
@@ -61,3 +62,5 @@ bool ExtensionFileParser::parse(QString filepath)
     QThreadPool::globalInstance()->start(task, 0);
     return true;
 }
+
+} // namespace ExtensionSystem

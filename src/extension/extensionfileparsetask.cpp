@@ -13,8 +13,9 @@
 #include <QtCore/QTextStream>
 #include <QtXml/QDomDocument>
 
-using namespace ExtensionSystem;
-using namespace ExtensionSystem::Internal;
+namespace ExtensionSystem {
+
+using namespace Internal;
 
 namespace {
 
@@ -136,3 +137,5 @@ void ExtensionFileParseTask::run()
     file.close();
     emit extensionFound(plugin);
 }
+
+} // namespace ExtensionSystem

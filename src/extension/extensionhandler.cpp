@@ -15,9 +15,7 @@ ExtensionHandlerPrivate::ExtensionHandlerPrivate()
 {
 }
 
-ExtensionHandlerPrivate::~ExtensionHandlerPrivate()
-{
-}
+ExtensionHandlerPrivate::~ExtensionHandlerPrivate() = default;
 
 } // namespace Internal
 

@@ -47,9 +47,7 @@ ExtensionHandlerAdminPrivate::ExtensionHandlerAdminPrivate()
 {
 }
 
-ExtensionHandlerAdminPrivate::~ExtensionHandlerAdminPrivate()
-{
-}
+ExtensionHandlerAdminPrivate::~ExtensionHandlerAdminPrivate() = default;
 
 } // namespace Internal
 
@@ -63,9 +61,7 @@ ExtensionHandlerAdmin::ExtensionHandlerAdmin(ExtensionHandlerAdminPrivate &dd, O
 {
 }
 
-ExtensionHandlerAdmin::~ExtensionHandlerAdmin()
-{
-}
+ExtensionHandlerAdmin::~ExtensionHandlerAdmin() = default;
 
 int ExtensionHandlerAdmin::callbackActived(const QString &id, QGenericArgument a0, QGenericArgument a1,
                                            QGenericArgument a2, QGenericArgument a3, QGenericArgument a4,

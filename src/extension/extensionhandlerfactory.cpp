@@ -22,9 +22,7 @@ ExtensionHandlerFactoryPrivate::ExtensionHandlerFactoryPrivate()
 {
 }
 
-ExtensionHandlerFactoryPrivate::~ExtensionHandlerFactoryPrivate()
-{
-}
+ExtensionHandlerFactoryPrivate::~ExtensionHandlerFactoryPrivate() = default;
 
 void ExtensionHandlerFactoryPrivate::aboutDestory(Object *object)
 {

@@ -23,9 +23,7 @@ ExtensionManagerPrivate::ExtensionManagerPrivate(PluginFrameworkContext *context
 {
 }
 
-ExtensionManagerPrivate::~ExtensionManagerPrivate()
-{
-}
+ExtensionManagerPrivate::~ExtensionManagerPrivate() = default;
 
 void ExtensionManagerPrivate::initialize()
 {
@@ -65,38 +63,42 @@ ExtensionManager::ExtensionManager(PluginFrameworkContext *context, QObject *par
     d->initialize();
 }
 
-ExtensionManager::~ExtensionManager()
-{
-}
+ExtensionManager::~ExtensionManager() = default;
 
 void ExtensionManager::registerExtensionPoint(ExtensionPoint *point)
 {
-    d_func()->extensionPointAdmin->registerExtensionPoint(point);
+    Q_D(ExtensionManager);
+    d->extensionPointAdmin->registerExtensionPoint(point);
 }
 
 void ExtensionManager::unregisterExtensionPoint(const QString &id)
 {
-    d_func()->extensionPointAdmin->unregisterExtensionPoint(id);
+    Q_D(ExtensionManager);
+    d->extensionPointAdmin->unregisterExtensionPoint(id);
 }
 
 void ExtensionManager::registerExtensionHandler(ExtensionHandler *handler)
 {
-    d_func()->extensionPointAdmin->registerExtensionHandler(handler);
+    Q_D(ExtensionManager);
+    d->extensionPointAdmin->registerExtensionHandler(handler);
 }
 
 void ExtensionManager::unregisterExtensionHandler(const QString &id)
 {
-    d_func()->extensionPointAdmin->unregisterExtensionHandler(id);
+    Q_D(ExtensionManager);
+    d->extensionPointAdmin->unregisterExtensionHandler(id);
 }
 
 ExtensionPointAdmin *ExtensionManager::pointAdmin() const
 {
-    return d_func()->extensionPointAdmin;
+    Q_D(const ExtensionManager);
+    return d->extensionPointAdmin;
 }
 
 ExtensionStorage *ExtensionManager::storage() const
 {
-    return d_func()->extensionStorage;
+    Q_D(const ExtensionManager);
+    return d->extensionStorage;
 }
 
 void ExtensionManager::parseExtensionFile(QString filepath)
@@ -109,7 +111,8 @@ void ExtensionManager::parseExtensionFile(QString filepath)
 
 void ExtensionManager::loadingQueueChanged(QStringList loadingQueue)
 {
-    d_func()->extensionStorage->setActivePlugins(loadingQueue);
+    Q_D(ExtensionManager);
+    d->extensionStorage->setActivePlugins(loadingQueue);
 }
 
 } // namespace Internal

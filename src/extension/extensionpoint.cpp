@@ -92,9 +92,7 @@ ExtensionPoint::ExtensionPoint(ExtensionPointPrivate &dd, Object *parent)
 {
 }
 
-ExtensionPoint::~ExtensionPoint()
-{
-}
+ExtensionPoint::~ExtensionPoint() = default;
 
 QString ExtensionPoint::id() const
 {

@@ -11,8 +11,9 @@
 #include <QtSql/QSqlError>
 #include <QtSql/QSqlQuery>
 
-using namespace ExtensionSystem;
-using namespace ExtensionSystem::Internal;
+namespace ExtensionSystem {
+
+using namespace Internal;
 
 namespace {
 
@@ -386,3 +387,5 @@ void ExtensionStorage::updateActivePlugin(const QString &symbolic, bool present)
         d->activePlugins.removeAll(symbolic);
     }
 }
+
+} // namespace ExtensionSystem

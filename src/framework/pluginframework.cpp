@@ -60,7 +60,7 @@ PluginFramework::PluginFramework(QObject *parent)
 {
     Q_D(PluginFramework);
     d->context = new PluginFrameworkContext(this);
-    connect(QCoreApplication::instance(), SIGNAL(aboutToQuit()), this, SLOT(stop()));
+    connect(QCoreApplication::instance(), &QCoreApplication::aboutToQuit, this, &PluginFramework::stop);
 }
 
 PluginFramework::~PluginFramework()
@@ -108,7 +108,7 @@ void PluginFramework::init()
 {
     Q_D(PluginFramework);
     // Made a second time on purpose: after init(), aboutToQuit runs the stop sequence twice.
-    connect(QCoreApplication::instance(), SIGNAL(aboutToQuit()), this, SLOT(stop()));
+    connect(QCoreApplication::instance(), &QCoreApplication::aboutToQuit, this, &PluginFramework::stop);
 
     PluginFrameworkConfig *config = d->context->config;
     const bool watching = config->watchPluginsDirectory();

@@ -7,8 +7,9 @@
 #include <QtCore/QSettings>
 #include <QtCore/QVariant>
 
-using namespace ExtensionSystem;
-using namespace ExtensionSystem::Internal;
+namespace ExtensionSystem {
+
+using namespace Internal;
 
 namespace {
 
@@ -140,3 +141,5 @@ QStringList PluginFrameworkConfig::pluginList(StartupPolicy policy) const
     d->settings->endGroup();
     return result;
 }
+
+} // namespace ExtensionSystem

@@ -39,9 +39,7 @@ PluginFrameworkContext::PluginFrameworkContext(PluginFramework *framework)
                      &ExtensionManager::loadingQueueChanged);
 }
 
-PluginFrameworkContext::~PluginFrameworkContext()
-{
-}
+PluginFrameworkContext::~PluginFrameworkContext() = default;
 
 void PluginFrameworkContext::handleError(int error, const QString &errorString)
 {

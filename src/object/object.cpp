@@ -7,7 +7,7 @@
 
 namespace ExtensionSystem {
 
-using namespace ExtensionSystem::Internal;
+using namespace Internal;
 
 namespace {
 
@@ -137,32 +137,38 @@ bool Object::handleEvent(const QHash<QString, QVariant> &event, Object *source)
 
 Object *Object::parent() const
 {
-    return d_func()->parent;
+    Q_D(const Object);
+    return d->parent;
 }
 
 int Object::childCount() const
 {
-    return d_func()->children.size();
+    Q_D(const Object);
+    return d->children.size();
 }
 
 Object *Object::childAt(int index) const
 {
-    return d_func()->children.value(index, nullptr);
+    Q_D(const Object);
+    return d->children.value(index, nullptr);
 }
 
 QList<Object *> Object::children() const
 {
-    return d_func()->children;
+    Q_D(const Object);
+    return d->children;
 }
 
 QList<Object *> &Object::childList()
 {
-    return d_func()->children;
+    Q_D(Object);
+    return d->children;
 }
 
 int Object::childIndexOf(Object *child)
 {
-    return d_func()->children.indexOf(child);
+    Q_D(Object);
+    return d->children.indexOf(child);
 }
 
 bool Object::addChild(Object *child)
@@ -290,22 +296,26 @@ void Object::setParent(Object *parent)
 
 QVariant Object::attribute(const QString &key) const
 {
-    return d_func()->attributes.value(key);
+    Q_D(const Object);
+    return d->attributes.value(key);
 }
 
 bool Object::attributeContains(const QString &key) const
 {
-    return d_func()->attributes.contains(key);
+    Q_D(const Object);
+    return d->attributes.contains(key);
 }
 
 QStringList Object::attributes() const
 {
-    return d_func()->attributes.keys();
+    Q_D(const Object);
+    return d->attributes.keys();
 }
 
 QHash<QString, QVariant> Object::attributeData() const
 {
-    return d_func()->attributes;
+    Q_D(const Object);
+    return d->attributes;
 }
 
 bool Object::setAttribute(const QString &key, const QVariant &value)
@@ -329,7 +339,8 @@ bool Object::setAttribute(const QString &key, const QVariant &value)
 
 bool Object::setAttributeData(const QHash<QString, QVariant> &data)
 {
-    d_func()->attributes = data;
+    Q_D(Object);
+    d->attributes = data;
     return true;
 }
 
@@ -351,7 +362,8 @@ bool Object::setData(int role, const QVariant &value)
 
 QMap<int, QString> Object::dataRoles() const
 {
-    return d_func()->roles;
+    Q_D(const Object);
+    return d->roles;
 }
 
 bool Object::setDataRoles(const QMap<int, QString> &roles, bool replace)
@@ -368,12 +380,14 @@ bool Object::setDataRoles(const QMap<int, QString> &roles, bool replace)
 
 QString Object::roleName(int role) const
 {
-    return d_func()->roles.value(role);
+    Q_D(const Object);
+    return d->roles.value(role);
 }
 
 int Object::attributeRole(const QString &key) const
 {
-    const QMap<int, QString> &roles = d_func()->roles;
+    Q_D(const Object);
+    const QMap<int, QString> &roles = d->roles;
     for (auto it = roles.constBegin(); it != roles.constEnd(); ++it) {
         if (it.value() == key)
             return it.key();

@@ -96,17 +96,20 @@ Plugin::~Plugin()
 
 int Plugin::state() const
 {
-    return d_func()->state;
+    Q_D(const Plugin);
+    return d->state;
 }
 
 int Plugin::error() const
 {
-    return d_func()->error;
+    Q_D(const Plugin);
+    return d->error;
 }
 
 QString Plugin::errorString() const
 {
-    return d_func()->errorString;
+    Q_D(const Plugin);
+    return d->errorString;
 }
 
 QString Plugin::symbolic() const
@@ -123,27 +126,38 @@ QString Plugin::version() const
 
 QString Plugin::loaderErrorString() const
 {
-    return d_func()->loader.errorString();
+    Q_D(const Plugin);
+    return d->loader.errorString();
 }
 
 QDir Plugin::location() const
 {
-    return d_func()->fileInfo.absoluteDir();
+    Q_D(const Plugin);
+    return d->fileInfo.absoluteDir();
 }
 
 QFileInfo Plugin::fileInfo() const
 {
-    return d_func()->fileInfo;
+    Q_D(const Plugin);
+    return d->fileInfo;
 }
 
 const PluginMetaData *Plugin::metaData() const
 {
-    return d_func()->metaData;
+    Q_D(const Plugin);
+    return d->metaData;
+}
+
+PluginMetaData *Plugin::metaData()
+{
+    Q_D(Plugin);
+    return d->metaData;
 }
 
 PluginContext *Plugin::pluginContext() const
 {
-    return d_func()->pluginContext;
+    Q_D(const Plugin);
+    return d->pluginContext;
 }
 
 void Plugin::setState(int state)

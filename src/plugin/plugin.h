@@ -50,6 +50,8 @@ public:
     QDir location() const;
     QFileInfo fileInfo() const;
     const PluginMetaData *metaData() const;
+    // The load queue keeps the resolution flags of the dependencies on it.
+    PluginMetaData *metaData();
     PluginContext *pluginContext() const;
     void setState(int state);
 

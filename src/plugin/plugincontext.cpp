@@ -54,18 +54,18 @@ PluginContext::PluginContext(Plugin *plugin, PluginFrameworkContext *context, QO
 {
 }
 
-PluginContext::~PluginContext()
-{
-}
+PluginContext::~PluginContext() = default;
 
 QString PluginContext::symbolic() const
 {
-    return d_func()->plugin->symbolic();
+    Q_D(const PluginContext);
+    return d->plugin->symbolic();
 }
 
 QDir PluginContext::location() const
 {
-    return d_func()->plugin->location();
+    Q_D(const PluginContext);
+    return d->plugin->location();
 }
 
 QString PluginContext::resourcePath(const QString &path) const
@@ -75,68 +75,81 @@ QString PluginContext::resourcePath(const QString &path) const
 
 const PluginMetaData *PluginContext::metaData() const
 {
-    return d_func()->plugin->metaData();
+    Q_D(const PluginContext);
+    return d->plugin->metaData();
 }
 
 void PluginContext::publishCustomizedEvent(const CustomizedEvent &event)
 {
-    d_func()->context->eventManager->publish(event);
+    Q_D(PluginContext);
+    d->context->eventManager->publish(event);
 }
 
 void PluginContext::registerCustomizedListener(ICustomizedListener *listener)
 {
-    d_func()->registerListener(listener);
+    Q_D(PluginContext);
+    d->registerListener(listener);
 }
 
 void PluginContext::registerExtensionListener(IExtensionListener *listener)
 {
-    d_func()->registerListener(listener);
+    Q_D(PluginContext);
+    d->registerListener(listener);
 }
 
 void PluginContext::registerServiceListener(IServiceListener *listener)
 {
-    d_func()->registerListener(listener);
+    Q_D(PluginContext);
+    d->registerListener(listener);
 }
 
 void PluginContext::registerFrameworkListener(IFrameworkListener *listener)
 {
-    d_func()->registerListener(listener);
+    Q_D(PluginContext);
+    d->registerListener(listener);
 }
 
 void PluginContext::registerPluginListener(IPluginListener *listener)
 {
-    d_func()->registerListener(listener);
+    Q_D(PluginContext);
+    d->registerListener(listener);
 }
 
 void PluginContext::unregisterlistener(IListener *listener)
 {
-    d_func()->context->eventManager->unregisterListener(listener);
+    Q_D(PluginContext);
+    d->context->eventManager->unregisterListener(listener);
 }
 
 void PluginContext::trackFrameworkEvent(const QObject *receiver, const char *slot, Qt::ConnectionType type)
 {
-    d_func()->track(1, receiver, slot, type);
+    Q_D(PluginContext);
+    d->track(1, receiver, slot, type);
 }
 
 void PluginContext::trackPluginEvent(const QObject *receiver, const char *slot, Qt::ConnectionType type)
 {
-    d_func()->track(2, receiver, slot, type);
+    Q_D(PluginContext);
+    d->track(2, receiver, slot, type);
 }
 
 void PluginContext::trackServiceEvent(const QObject *receiver, const char *slot, Qt::ConnectionType type)
 {
-    d_func()->track(3, receiver, slot, type);
+    Q_D(PluginContext);
+    d->track(3, receiver, slot, type);
 }
 
 void PluginContext::trackExtensionEvent(const QObject *receiver, const char *slot, Qt::ConnectionType type)
 {
-    d_func()->track(4, receiver, slot, type);
+    Q_D(PluginContext);
+    d->track(4, receiver, slot, type);
 }
 
 void PluginContext::trackCustomizedEvent(int eventType, const QObject *receiver, const char *slot,
                                          Qt::ConnectionType type)
 {
-    d_func()->track(eventType, receiver, slot, type);
+    Q_D(PluginContext);
+    d->track(eventType, receiver, slot, type);
 }
 
 void PluginContext::untrackEvent(const QObject *receiver, const char *slot)
@@ -147,7 +160,8 @@ void PluginContext::untrackEvent(const QObject *receiver, const char *slot)
 
 void PluginContext::startPlugin(const QString &symbolic)
 {
-    d_func()->context->pluginManager->start(symbolic);
+    Q_D(PluginContext);
+    d->context->pluginManager->start(symbolic);
 }
 
 void PluginContext::stopPlugin(const QString &symbolic)
@@ -158,12 +172,14 @@ void PluginContext::stopPlugin(const QString &symbolic)
 
 PluginInfo PluginContext::pluginInfo(const QString &symbolic) const
 {
-    return d_func()->context->pluginManager->pluginInfo(symbolic);
+    Q_D(const PluginContext);
+    return d->context->pluginManager->pluginInfo(symbolic);
 }
 
 QList<PluginInfo> PluginContext::pluginInfos() const
 {
-    return d_func()->context->pluginManager->pluginInfos();
+    Q_D(const PluginContext);
+    return d->context->pluginManager->pluginInfos();
 }
 
 PluginFrameworkConfig::StartupPolicy PluginContext::startupPolicy(const QString &symbolic) const
@@ -187,50 +203,58 @@ ServiceRegistration PluginContext::registerService(QObject *service, const QStri
 
 void PluginContext::unregisterService(const ServiceRegistration &registration)
 {
-    d_func()->context->serviceManager->unregisterService(registration);
+    Q_D(PluginContext);
+    d->context->serviceManager->unregisterService(registration);
 }
 
 QList<ServiceReference> PluginContext::findServiceReferences(const QString &clazz,
                                                              const QHash<QString, QVariant> &filter) const
 {
-    return d_func()->context->serviceManager->findServiceReferences(clazz, filter);
+    Q_D(const PluginContext);
+    return d->context->serviceManager->findServiceReferences(clazz, filter);
 }
 
 QObject *PluginContext::getService(const ServiceReference &reference)
 {
+    Q_D(PluginContext);
     if (!reference)
         return nullptr;
     // Held for the length of the call, whatever the caller does with its own.
     const ServiceReference held(reference);
-    return ServiceReferencePrivate::get(held)->getService(d_func()->plugin);
+    return ServiceReferencePrivate::get(held)->getService(d->plugin);
 }
 
 void PluginContext::ungetService(const ServiceReference &reference, QObject *service)
 {
+    Q_D(PluginContext);
     if (!reference)
         return;
     const ServiceReference held(reference);
-    ServiceReferencePrivate::get(held)->ungetService(d_func()->plugin, service);
+    ServiceReferencePrivate::get(held)->ungetService(d->plugin, service);
 }
 
 void PluginContext::registerExtensionPoint(ExtensionPoint *point)
 {
-    d_func()->context->extensionManager->registerExtensionPoint(point);
+    Q_D(PluginContext);
+    d->context->extensionManager->registerExtensionPoint(point);
 }
 
 void PluginContext::unregisterExtensionPoint(const QString &id)
 {
-    d_func()->context->extensionManager->unregisterExtensionPoint(id);
+    Q_D(PluginContext);
+    d->context->extensionManager->unregisterExtensionPoint(id);
 }
 
 void PluginContext::registerExtensionHandler(ExtensionHandler *handler)
 {
-    d_func()->context->extensionManager->registerExtensionHandler(handler);
+    Q_D(PluginContext);
+    d->context->extensionManager->registerExtensionHandler(handler);
 }
 
 void PluginContext::unregisterExtensionHandler(const QString &id)
 {
-    d_func()->context->extensionManager->unregisterExtensionHandler(id);
+    Q_D(PluginContext);
+    d->context->extensionManager->unregisterExtensionHandler(id);
 }
 
 } // namespace ExtensionSystem

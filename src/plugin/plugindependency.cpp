@@ -1,8 +1,9 @@
 #include "plugindependency.h"
 #include "plugindependency_p.h"
 
-using namespace ExtensionSystem;
-using namespace ExtensionSystem::Internal;
+namespace ExtensionSystem {
+
+using namespace Internal;
 
 PluginDependencyPrivate::PluginDependencyPrivate()
     : resolved(false)
@@ -69,10 +70,7 @@ PluginDependency &PluginDependency::operator=(const PluginDependency &other)
     return *this;
 }
 
-PluginDependency::~PluginDependency()
-{
-    delete d_ptr;
-}
+PluginDependency::~PluginDependency() = default;
 
 QString PluginDependency::symbolic() const
 {
@@ -127,3 +125,5 @@ bool PluginDependency::checkCompatible(const QString &symbolic, const QString &v
         return false;
     return true;
 }
+
+} // namespace ExtensionSystem

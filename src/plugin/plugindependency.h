@@ -3,6 +3,7 @@
 
 #include "extensionsystem_global.h"
 
+#include <QtCore/QScopedPointer>
 #include <QtCore/QString>
 
 namespace ExtensionSystem {
@@ -38,7 +39,7 @@ public:
                          const QString &compatVersion) const;
 
 private:
-    Internal::PluginDependencyPrivate *d_ptr;
+    QScopedPointer<Internal::PluginDependencyPrivate> d_ptr;
 };
 
 } // namespace ExtensionSystem

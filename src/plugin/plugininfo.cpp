@@ -3,8 +3,9 @@
 
 #include "pluginmetadata.h"
 
-using namespace ExtensionSystem;
-using namespace ExtensionSystem::Internal;
+namespace ExtensionSystem {
+
+using namespace Internal;
 
 PluginInfoPrivate::PluginInfoPrivate()
     : currentState(0)
@@ -150,3 +151,5 @@ QMap<QString, QPair<QString, bool> > PluginInfo::dependency() const
         result.insert(dependency.symbolic(), qMakePair(dependency.version(), dependency.isResolved()));
     return result;
 }
+
+} // namespace ExtensionSystem

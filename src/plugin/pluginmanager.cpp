@@ -172,8 +172,7 @@ Plugin *PluginManagerPrivate::findByBaseName(const QString &name) const
 PluginMetaData *PluginManagerPrivate::memberMetaData(const QString &symbolic) const
 {
     Plugin *plugin = plugins.value(symbolic);
-    // The queue keeps the resolution flags on the plug-in's own metadata; nothing else changes it.
-    return plugin ? const_cast<PluginMetaData *>(plugin->metaData()) : nullptr;
+    return plugin ? plugin->metaData() : nullptr;
 }
 
 void PluginManagerPrivate::memberResolved(const QString &symbolic)
@@ -275,47 +274,52 @@ PluginManager::PluginManager(PluginFrameworkContext *context, QObject *parent)
     : QObject(*new PluginManagerPrivate(context), parent)
 {
     Q_D(PluginManager);
-    connect(d->watcher, SIGNAL(directoryChanged(QString)), this, SLOT(pluginDirectoryChanged(QString)),
+    connect(d->watcher, &QFileSystemWatcher::directoryChanged, this, &PluginManager::pluginDirectoryChanged,
             Qt::QueuedConnection);
 }
 
-PluginManager::~PluginManager()
-{
-}
+PluginManager::~PluginManager() = default;
 
 int PluginManager::error() const
 {
-    return d_func()->error;
+    Q_D(const PluginManager);
+    return d->error;
 }
 
 QString PluginManager::errorString() const
 {
-    return d_func()->errorString;
+    Q_D(const PluginManager);
+    return d->errorString;
 }
 
 Plugin *PluginManager::find(const QString &symbolic) const
 {
-    return d_func()->plugins.value(symbolic);
+    Q_D(const PluginManager);
+    return d->plugins.value(symbolic);
 }
 
 Plugin *PluginManager::findByFile(const QString &filePath) const
 {
-    return d_func()->pluginFiles.value(filePath);
+    Q_D(const PluginManager);
+    return d->pluginFiles.value(filePath);
 }
 
 PluginInfo PluginManager::pluginInfo(const QString &symbolic) const
 {
-    return d_func()->pluginInfos.value(symbolic);
+    Q_D(const PluginManager);
+    return d->pluginInfos.value(symbolic);
 }
 
 QList<PluginInfo> PluginManager::pluginInfos() const
 {
-    return d_func()->pluginInfos.values();
+    Q_D(const PluginManager);
+    return d->pluginInfos.values();
 }
 
 QStringList PluginManager::loadQueue() const
 {
-    return d_func()->loadQueue->queue();
+    Q_D(const PluginManager);
+    return d->loadQueue->queue();
 }
 
 QString PluginManager::librarySuffix()
@@ -372,12 +376,14 @@ QList<PluginProblem> PluginManager::problems(const QString &name) const
 
 void PluginManager::install(QDir pluginDir)
 {
-    d_func()->installDirectory(pluginDir);
+    Q_D(PluginManager);
+    d->installDirectory(pluginDir);
 }
 
 void PluginManager::install(QFileInfo fileinfo)
 {
-    d_func()->installFile(fileinfo);
+    Q_D(PluginManager);
+    d->installFile(fileinfo);
 }
 
 void PluginManager::uninstall(QString symbolic)
@@ -424,12 +430,14 @@ void PluginManager::stop()
 
 void PluginManager::start(QString symbolic)
 {
-    d_func()->start(symbolic);
+    Q_D(PluginManager);
+    d->start(symbolic);
 }
 
 void PluginManager::stop(QString symbolic)
 {
-    d_func()->stop(symbolic);
+    Q_D(PluginManager);
+    d->stop(symbolic);
 }
 
 void PluginManager::setPluginStartupPolicy(QString symbolic, PluginFrameworkConfig::StartupPolicy startupPolicy)
@@ -454,12 +462,14 @@ void PluginManager::setWatchingPluginDirEnable(bool on)
 
 void PluginManager::pluginStateChanaged(const QString &symbolic, int from, int to)
 {
-    d_func()->pluginStateChanaged(symbolic, from, to);
+    Q_D(PluginManager);
+    d->pluginStateChanaged(symbolic, from, to);
 }
 
 void PluginManager::pluginDirectoryChanged(QString dir)
 {
-    d_func()->installDirectory(QDir(dir));
+    Q_D(PluginManager);
+    d->installDirectory(QDir(dir));
 }
 
 } // namespace ExtensionSystem

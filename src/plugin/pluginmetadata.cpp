@@ -9,8 +9,9 @@
 #include <QtCore/QFile>
 #include <QtCore/QObject>
 
-using namespace ExtensionSystem;
-using namespace ExtensionSystem::Internal;
+namespace ExtensionSystem {
+
+using namespace Internal;
 
 namespace {
 
@@ -123,10 +124,7 @@ PluginMetaData::PluginMetaData(const QString &filepath)
     d_ptr->read();
 }
 
-PluginMetaData::~PluginMetaData()
-{
-    delete d_ptr;
-}
+PluginMetaData::~PluginMetaData() = default;
 
 bool PluginMetaData::isValid() const
 {
@@ -258,3 +256,5 @@ void PluginMetaData::setDependencyResolved(const QString &symbolic, bool resolve
     }
     d->dependencyResolved = true;
 }
+
+} // namespace ExtensionSystem

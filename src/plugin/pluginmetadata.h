@@ -4,6 +4,7 @@
 #include "extensionsystem_global.h"
 
 #include <QtCore/QList>
+#include <QtCore/QScopedPointer>
 #include <QtCore/QString>
 
 namespace ExtensionSystem {
@@ -58,7 +59,7 @@ public:
 private:
     Q_DISABLE_COPY(PluginMetaData)
 
-    Internal::PluginMetaDataPrivate *d_ptr;
+    QScopedPointer<Internal::PluginMetaDataPrivate> d_ptr;
 };
 
 } // namespace ExtensionSystem

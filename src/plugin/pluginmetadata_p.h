@@ -21,7 +21,7 @@ public:
     void setError(int code, const QString &text);
     void clearError();
 
-    static const PluginMetaDataPrivate *get(const PluginMetaData *metaData) { return metaData->d_ptr; }
+    static const PluginMetaDataPrivate *get(const PluginMetaData *metaData) { return metaData->d_ptr.data(); }
 
     QString filepath;
     bool valid;

@@ -2,9 +2,7 @@
 
 namespace ExtensionSystem {
 
-IServiceFactory::~IServiceFactory()
-{
-}
+IServiceFactory::~IServiceFactory() = default;
 
 bool IServiceFactory::sharedPerPlugin()
 {

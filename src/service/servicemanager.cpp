@@ -51,9 +51,7 @@ ServiceManager::ServiceManager(PluginFrameworkContext *context, QObject *parent)
 {
 }
 
-ServiceManager::~ServiceManager()
-{
-}
+ServiceManager::~ServiceManager() = default;
 
 ServiceRegistration ServiceManager::registerService(Plugin *plugin, QObject *service, const QStringList &classes,
                                                     const QHash<QString, QVariant> &properties)

@@ -22,9 +22,7 @@ ServiceRegistrationPrivate::ServiceRegistrationPrivate(Plugin *plugin, QObject *
 {
 }
 
-ServiceRegistrationPrivate::~ServiceRegistrationPrivate()
-{
-}
+ServiceRegistrationPrivate::~ServiceRegistrationPrivate() = default;
 
 bool ServiceRegistrationPrivate::isValid() const
 {
