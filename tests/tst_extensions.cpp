@@ -46,14 +46,32 @@ public:
     {
         QList<ExtensionData *> items;
         for (const QString &text : texts) {
-            if (text.startsWith(QLatin1String("item:"))) {
-                auto *data = new ExtensionData;
-                data->setData(ExtensionData::IdRole, text.mid(5));
-                data->setData(ExtensionData::PluginRole, QStringLiteral("nobody"));
-                items << data;
+            if (text.startsWith(QLatin1String("item:")))
+                items << item(text.mid(5));
+            // "tree:<id>:<child id>,<child id>...": an item with nested items, put
+            // together below a scratch node, which keeps the events of the children
+            // being added: only the point's walk over the tree can link them.
+            if (text.startsWith(QLatin1String("tree:"))) {
+                ExtensionData *root = item(text.section(QLatin1Char(':'), 1, 1));
+                scratch.addChild(root);
+                const QStringList children = text.section(QLatin1Char(':'), 2).split(QLatin1Char(','));
+                for (const QString &child : children)
+                    root->addChild(item(child));
+                items << root;
             }
         }
         return items;
+    }
+
+private:
+    Object scratch;
+
+    static ExtensionData *item(const QString &id)
+    {
+        auto *data = new ExtensionData;
+        data->setData(ExtensionData::IdRole, id);
+        data->setData(ExtensionData::PluginRole, QStringLiteral("nobody"));
+        return data;
     }
 };
 
@@ -252,6 +270,19 @@ void tst_Extensions::pointsAndHandlersMeetInEitherOrder()
     QVERIFY(!b.extensionData(QStringLiteral("two"))->extensionHandler());
     QCOMPARE(b.extensionData(QStringLiteral("two"))->attribute(QStringLiteral("ExtensionHandler")).toString(),
              QStringLiteral("stop"));
+
+    // Handlers that wait in the point meet nested items too, the first child included.
+    Point d(QStringLiteral("point.d"), QStringLiteral("host"));
+    Handler nestedFirst(QStringLiteral("n.1"), QStringLiteral("p"), QStringLiteral("point.d"), QStringLiteral("host"));
+    Handler nestedLast(QStringLiteral("n.2"), QStringLiteral("p"), QStringLiteral("point.d"), QStringLiteral("host"));
+    d.registerExtensionHandler(&nestedFirst);
+    d.registerExtensionHandler(&nestedLast);
+    d.updateExtensionText({QStringLiteral("tree:n:n.1,n.2")});
+    ExtensionData *nested = d.extensionData(QStringLiteral("n"));
+    QVERIFY(nested);
+    QCOMPARE(nested->childCount(), 2);
+    QCOMPARE(static_cast<ExtensionData *>(nested->childAt(0))->extensionHandler(), &nestedFirst);
+    QCOMPARE(static_cast<ExtensionData *>(nested->childAt(1))->extensionHandler(), &nestedLast);
 
     // Unregistering a point tells it twice and leaves it alive without a parent;
     // a handler for it then waits again.

@@ -30,8 +30,13 @@ struct StateRecorder : IFrameworkListener
     void frameworkChanged(const FrameworkEvent &event) override
     {
         transitions << QStringLiteral("%1>%2").arg(event.prevAction()).arg(event.action());
+        // A listener reads the state the event announces: it is taken before it is told.
+        if (framework && framework->state() != int(event.action()))
+            lagging << QStringLiteral("%1 while told %2").arg(framework->state()).arg(event.action());
     }
+    const PluginFramework *framework = nullptr;
     QStringList transitions;
+    QStringList lagging;
 };
 
 struct PluginEventRecorder : IPluginListener
@@ -70,6 +75,7 @@ private slots:
         clearPluginLog();
     }
     void dependencyChain();
+    void stopAProviderOfADiamond();
     void frameworkStates();
     void quitRunsStopTwice();
     void missingPluginsDirectory();
@@ -147,6 +153,7 @@ void tst_Lifecycle::frameworkStates()
     {
         PluginFramework framework;
         eventManagerOf(&framework)->registerListener(QStringLiteral("test"), &states);
+        states.framework = &framework;
         QSignalSpy stopped(&framework, &PluginFramework::stopped);
         QSignalSpy stateChanged(&framework, &PluginFramework::stateChanged);
         framework.stop();
@@ -169,6 +176,8 @@ void tst_Lifecycle::frameworkStates()
         framework.exit();
         QCOMPARE(states.transitions, QStringList({"16>4", "4>2"}));
         QCOMPARE(stateChanged.count(), 0); // state changes go out as events only
+        QCOMPARE(states.lagging, QStringList());
+        states.framework = nullptr;
         states.transitions.clear();
     }
     // Destruction runs the stop sequence.
@@ -260,6 +269,38 @@ void tst_Lifecycle::blackAndWhiteLists()
     QVERIFY(!secondManager->find(QStringLiteral("translated")));
     QCOMPARE(secondErrors.count(), 1);
     QCOMPARE(secondErrors.at(0).at(0).toInt(), 10);
+}
+
+void tst_Lifecycle::stopAProviderOfADiamond()
+{
+    // chain.a below chain.b and diamond.right, which diamond.top both needs.
+    deployPlugin(QStringLiteral("chain.a"), QStringLiteral("1_a"));
+    deployPlugin(QStringLiteral("chain.b"), QStringLiteral("2_b"));
+    deployPlugin(QStringLiteral("diamond.right"), QStringLiteral("3_right"));
+    deployPlugin(QStringLiteral("diamond.top"), QStringLiteral("4_top"));
+
+    PluginFramework framework;
+    auto *manager = framework.findChild<PluginManager *>();
+    framework.init();
+    framework.start();
+    QCOMPARE(manager->loadQueue(), QStringList({"chain.a", "chain.b", "diamond.right", "diamond.top"}));
+    clearPluginLog();
+    QSignalSpy errors(manager, &PluginManager::errorOccured);
+
+    // The top stands in the stop list once for each path to chain.a: it stops
+    // once, and the second stop is refused, once.
+    manager->stop(QStringLiteral("chain.a"));
+    QCOMPARE(pluginLog(), QStringList({"stop:diamond.top", "stop:diamond.right", "stop:chain.b", "stop:chain.a"}));
+    QCOMPARE(errors.count(), 1);
+    QCOMPARE(errors.at(0).at(0).toInt(), int(PluginManager::NotActiveError));
+    QCOMPARE(errors.at(0).at(1).toString(), QStringLiteral("Cannot stop plugin: diamond.top, that is not actived"));
+    for (const char *name : {"chain.a", "chain.b", "diamond.right", "diamond.top"})
+        QCOMPARE(manager->find(QString::fromLatin1(name))->state(), int(PluginInfo::Resolved));
+
+    // Starting the top again brings up both paths below it, each once.
+    clearPluginLog();
+    manager->start(QStringLiteral("diamond.top"));
+    QCOMPARE(pluginLog(), QStringList({"start:chain.a", "start:chain.b", "start:diamond.right", "start:diamond.top"}));
 }
 
 void tst_Lifecycle::uninstallAndReinstall()

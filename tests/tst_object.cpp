@@ -384,16 +384,19 @@ void tst_Object::pendingEvents()
     QVERIFY(top->addChild(root));
     QCOMPARE(taken(), QString("rn:parentChanged(top,top) top:handleEvent(e2,root) top:handleEvent(e3,b)"
                               " top:childAdded(root)"));
+    // Climbing two levels, the event keeps the node it started from as its source.
+    QVERIFY(b->raise("e5"));
+    QCOMPARE(taken(), QString("b:handleEvent(e5,b) root:handleEvent(e5,b) rn:event(e5) top:handleEvent(e5,b)"));
 
     // Handed on once: a second parent gets nothing.
     Node *other = new Node("other");
     QVERIFY(other->addChild(root));
     QCOMPARE(taken(), QString("top:aboutRemoveChild(root) rn:parentChanged(other,other) other:childAdded(root)"));
 
-    // Top kept e2 and e3 for a parent of its own; taking root dropped e2, its source.
+    // Top kept e2, e3 and e5 for a parent of its own; taking root dropped e2, its source.
     Node *outer = new Node("outer");
     outer->addChild(top);
-    QCOMPARE(taken(), QString("outer:handleEvent(e3,b) outer:childAdded(top)"));
+    QCOMPARE(taken(), QString("outer:handleEvent(e3,b) outer:handleEvent(e5,b) outer:childAdded(top)"));
 
     delete outer;
     delete other;

@@ -25,6 +25,7 @@ private slots:
     void unresolvablePlugins();
     void brokenLibraries();
     void unloadableAndNamelessLibrariesNeverStart();
+    void lastLibraryOfADirectoryDecidesItsExtensionFile();
     void problemsNameTheReasonAndWhatItConcerns();
     void pluginStateMachine();
     void translationLoadedBesideThePlugin();
@@ -83,6 +84,30 @@ void tst_PluginLoading::unresolvablePlugins()
     QCOMPARE(version.first().text(),
              QStringLiteral("incompatible version: needs chain.a 2.0.0 but chain.a is 1.0.0 (compatible back to 1.0.0)"));
     QCOMPARE(manager->problems(QStringLiteral("no.dependency")).value(0).reason(), PluginProblem::NoDependencyLine);
+}
+
+void tst_PluginLoading::lastLibraryOfADirectoryDecidesItsExtensionFile()
+{
+    // Two libraries a directory, each pair with an extension file; the later one of
+    // the first pair is refused, the earlier one of the second pair.
+    deployPlugin(QStringLiteral("chain.a"), QStringLiteral("1_last_refused"));
+    deployPlugin(QStringLiteral("wrong.version"), QStringLiteral("1_last_refused"));
+    deployPlugin(QStringLiteral("chain.b"), QStringLiteral("2_first_refused"));
+    deployPlugin(QStringLiteral("cycle.x"), QStringLiteral("2_first_refused"));
+    for (const char *dir : {"1_last_refused", "2_first_refused"})
+        writeFile(pluginsDir() + QLatin1Char('/') + QLatin1String(dir) + QStringLiteral("/extension.xml"),
+                  "<Plugin id=\"x\"/>");
+    writeFile(configFile(), "[Plugin]\nwrong.version=disable\nchain.b=disable\n");
+
+    PluginFramework framework;
+    auto *manager = framework.findChild<PluginManager *>();
+    QSignalSpy announced(manager, &PluginManager::parsingExtensionFile);
+    framework.init();
+
+    QVERIFY(manager->find(QStringLiteral("chain.a")));
+    QVERIFY(manager->find(QStringLiteral("cycle.x")));
+    QCOMPARE(announced.count(), 1);
+    QCOMPARE(announced.at(0).at(0).toString(), pluginsDir() + QStringLiteral("/2_first_refused/extension.xml"));
 }
 
 void tst_PluginLoading::unloadableAndNamelessLibrariesNeverStart()
