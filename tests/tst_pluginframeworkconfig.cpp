@@ -27,12 +27,11 @@ private:
             return {};
         return QString::fromUtf8(file.readAll()).split('\n', Qt::SkipEmptyParts);
     }
-    void writeIni(const QByteArray &text)
+    bool writeIni(const QByteArray &text)
     {
         QDir().mkpath(PluginFrameworkConfig::configDir().path());
         QFile file(iniPath());
-        QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
-        file.write(text);
+        return file.open(QIODevice::WriteOnly | QIODevice::Truncate) && file.write(text) == text.size();
     }
 };
 
@@ -48,10 +47,6 @@ void tst_PluginFrameworkConfig::directoriesAndDefaults()
     QCOMPARE(PluginFrameworkConfig::languageDir().path(), app + "/languages");
     QCOMPARE(PluginFrameworkConfig::configDir().path(), app + "/config/tst_pluginframeworkconfig");
 
-    const QMetaEnum policies = QMetaEnum::fromType<PluginFrameworkConfig::StartupPolicy>();
-    QCOMPARE(policies.keyToValue("PolicyDisable"), -1);
-    QCOMPARE(policies.keyToValue("PolicyEnable"), 1);
-
     {
         PluginFrameworkConfig config(nullptr);
         QVERIFY(PluginFrameworkConfig::configDir().exists());
@@ -65,7 +60,7 @@ void tst_PluginFrameworkConfig::directoriesAndDefaults()
     QCOMPARE(lines, QStringList({"[PluginManager]", "loadEnabledPluginOnly=false"}));
 
     // An existing value is kept, not reset to the default.
-    writeIni("[PluginManager]\nloadEnabledPluginOnly=true\n");
+    QVERIFY(writeIni("[PluginManager]\nloadEnabledPluginOnly=true\n"));
     PluginFrameworkConfig config(nullptr);
     QVERIFY(config.loadEnabledPluginOnly());
 }
@@ -112,13 +107,13 @@ void tst_PluginFrameworkConfig::startupPolicyOnDisk()
 
 void tst_PluginFrameworkConfig::handWrittenPolicies()
 {
-    writeIni("[Plugin]\n"
+    QVERIFY(writeIni("[Plugin]\n"
              "capital=Enable\n"
              "spaced=\"  enable  \"\n"
              "lower=enable\n"
              "off=DISABLE\n"
              "undef=undefine\n"
-             "bogus=maybe\n");
+             "bogus=maybe\n"));
     PluginFrameworkConfig config(nullptr);
     using P = PluginFrameworkConfig;
 

@@ -174,15 +174,18 @@ void tst_values::pluginEventRoles()
     const PluginEvent full(PluginEvent::Active, PluginEvent::Starting, QStringLiteral("org.example.a"),
                            QStringLiteral("/p/a"), QStringLiteral("/p/a/a.so"),
                            QStringLiteral("1.2.0"), 3, 5);
-    QCOMPARE(full.action(), 32);
-    QCOMPARE(full.prevAction(), 8);
     QCOMPARE(full.data(PluginEvent::RolePrevAction).userType(), qMetaTypeId<PluginEvent::Action>());
-    QCOMPARE(full.symbolic(), QStringLiteral("org.example.a"));
-    QCOMPARE(full.locationDir(), QStringLiteral("/p/a"));
-    QCOMPARE(full.filepath(), QStringLiteral("/p/a/a.so"));
-    QCOMPARE(full.version(), QStringLiteral("1.2.0"));
-    QCOMPARE(full.initIndex(), 3);
-    QCOMPARE(full.pluginSize(), 5);
+    // A listener that reads the record by key finds each value under its own key.
+    const QHash<QString, QVariant> values = full.sharedData()->data;
+    QCOMPARE(values.size(), 8);
+    QCOMPARE(values.value(QStringLiteral("event.plugin.action")).toInt(), 32);
+    QCOMPARE(values.value(QStringLiteral("event.plugin.prevAction")).toInt(), 8);
+    QCOMPARE(values.value(QStringLiteral("event.plugin.symbolic")).toString(), QStringLiteral("org.example.a"));
+    QCOMPARE(values.value(QStringLiteral("event.plugin.locationDir")).toString(), QStringLiteral("/p/a"));
+    QCOMPARE(values.value(QStringLiteral("event.plugin.filepath")).toString(), QStringLiteral("/p/a/a.so"));
+    QCOMPARE(values.value(QStringLiteral("event.plugin.version")).toString(), QStringLiteral("1.2.0"));
+    QCOMPARE(values.value(QStringLiteral("event.plugin.initIndex")).toInt(), 3);
+    QCOMPARE(values.value(QStringLiteral("event.plugin.pluginSize")).toInt(), 5);
 
     FrameworkEvent framework(FrameworkEvent::FrameworkInitializing);
     QCOMPARE(framework.sharedData()->type, 1);
