@@ -25,8 +25,8 @@ void EventManagerPrivate::dispatch(const QSharedDataPointer<EventData> &data)
 {
     // A copy: listeners that subscribe or unsubscribe during the delivery do not
     // change it. The same pointers in the same order as values(type), newest
-    // first, kept on the stack for the usual few listeners instead of in a
-    // list allocated for every event.
+    // first; on the stack for the usual few listeners, since it is made for
+    // every event.
     const int type = data->type;
     QVarLengthArray<IListener *, 64> targets;
     for (auto it = listeners.constFind(type); it != listeners.cend() && it.key() == type; ++it)

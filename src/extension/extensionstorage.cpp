@@ -193,7 +193,7 @@ int ExtensionStoragePrivate::query(const QString &sql, QList<QSqlRecord> &record
     QSqlQuery query(db);
     query.setForwardOnly(true);
     if (query.prepare(sql))
-        query.exec(); // the prepared statement, not a second parse of the text
+        query.exec(); // runs the statement just prepared
     while (query.next())
         records.append(query.record());
     const int result = records.size();

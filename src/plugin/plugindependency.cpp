@@ -21,9 +21,9 @@ PluginDependencyPrivate::PluginDependencyPrivate(const QString &symbolic, const 
 }
 
 // Each field is QString("%1").arg(byte, 10, QLatin1Char('0')): nine '0' and the
-// component's low byte as one Latin-1 character. The key is written in place
-// rather than through section() and arg(), which made it the most frequent
-// cost of resolving dependencies; the text is the same.
+// component's low byte as one Latin-1 character, written into a key of 30
+// characters made once. It is computed for every dependency resolved: keep it
+// free of per-part allocations.
 QString PluginDependencyPrivate::computeVersionKey(const QString &version)
 {
     QString key(30, QLatin1Char('0'));

@@ -126,8 +126,6 @@ bool PluginManagerPrivate::installFile(const QFileInfo &fileinfo)
         return false;
     }
 
-    // By member pointers: the same direct connection without looking both
-    // signatures up by name, once per plug-in.
     QObject::connect(plugin, &Plugin::stateChanged, q, &PluginManager::pluginStateChanaged);
     pluginFiles.insert(fileinfo.filePath(), plugin);
     plugins.insert(symbolic, plugin);
@@ -336,8 +334,8 @@ QString PluginManager::librarySuffix()
 
 QFileInfoList PluginManager::libraryFiles(const QDir &dir)
 {
-    // By suffix, in any case, as the name filter "*" + suffix would select them;
-    // a QDir name filter compiles a regular expression for every directory listed.
+    // By suffix, in any case, as the name filter "*" + suffix would select them,
+    // without the regular expression a name filter compiles for each directory.
     const QString suffix = librarySuffix();
     QFileInfoList files = dir.entryInfoList(QDir::Files);
     const auto notLibrary = [&suffix](const QFileInfo &file) {
