@@ -173,56 +173,67 @@ struct Comparison
     double target = 0; // 0: shown, not compared
 };
 
-} // namespace
-
-int main(int argc, char **argv)
+struct Options
 {
-    QCoreApplication app(argc, argv);
-    QStringList args = app.arguments();
-    args.removeFirst();
     QString benchDir;
-    QList<int> sizes;
+    QList<int> sizes; // ascending
     int runs = 7;
     int warmup = 1;
     QString outFile;
     QStringList notes;
     bool peer = ES_BENCH_PEER;
+
+    int largest() const { return sizes.last(); }
+    // The set below the largest, for the growth per plug-in; 0 with one set.
+    int previous() const { return sizes.size() > 1 ? sizes.at(sizes.size() - 2) : 0; }
+};
+
+using Results = QHash<QString, QVector<Figures>>;
+
+Options parseOptions(QStringList args)
+{
+    Options o;
     while (!args.isEmpty()) {
         const QString option = args.takeFirst();
         const QString value = args.isEmpty() ? QString() : args.takeFirst();
         if (option == QLatin1String("--dir"))
-            benchDir = QDir(value).absolutePath();
+            o.benchDir = QDir(value).absolutePath();
         else if (option == QLatin1String("--sizes"))
             for (const QString &size : value.split(QLatin1Char(','), Qt::SkipEmptyParts))
-                sizes << size.toInt();
+                o.sizes << size.toInt();
         else if (option == QLatin1String("--runs"))
-            runs = std::max(1, value.toInt());
+            o.runs = std::max(1, value.toInt());
         else if (option == QLatin1String("--warmup"))
-            warmup = std::max(0, value.toInt());
+            o.warmup = std::max(0, value.toInt());
         else if (option == QLatin1String("--out"))
-            outFile = value;
+            o.outFile = value;
         else if (option == QLatin1String("--note"))
-            notes << value;
+            o.notes << value;
         else if (option == QLatin1String("--peer"))
-            peer = value.compare(QLatin1String("off"), Qt::CaseInsensitive) != 0;
+            o.peer = value.compare(QLatin1String("off"), Qt::CaseInsensitive) != 0;
         else
             die(QStringLiteral("unknown option %1").arg(option));
     }
-    if (benchDir.isEmpty() || sizes.isEmpty())
+    if (o.benchDir.isEmpty() || o.sizes.isEmpty())
         die(QStringLiteral("usage: es-bench-harness --dir <build>/benchmarks --sizes 10,100,1000 [--runs 7] "
                            "[--warmup 1] [--peer on|off] [--out file] [--note text]"));
-    std::sort(sizes.begin(), sizes.end());
-    const QString runner = benchDir + QStringLiteral("/bin/es-bench");
-    const QString peerRunner = benchDir + QStringLiteral("/bin/kf-bench");
-    const int largest = sizes.last();
-    const int smallest = sizes.first();
+    std::sort(o.sizes.begin(), o.sizes.end());
+    return o;
+}
 
-    QHash<int, SetInfo> sets;
+// Prepares every set's application directories and lists the cases in the
+// order they run in each round.
+QList<Case> prepareCases(const Options &o)
+{
+    const QString runner = o.benchDir + QStringLiteral("/bin/es-bench");
+    const QString peerRunner = o.benchDir + QStringLiteral("/bin/kf-bench");
     QList<Case> cases;
-    for (int size : qAsConst(sizes)) {
-        const SetInfo set = readSet(benchDir, size);
-        sets.insert(size, set);
+    QString microApp;
+    for (int size : o.sizes) {
+        const SetInfo set = readSet(o.benchDir, size);
         const QString app = set.dir + QStringLiteral("/app");
+        if (microApp.isEmpty())
+            microApp = app + QStringLiteral("/es-bench");
         copyExecutable(runner, app + QStringLiteral("/es-bench"));
         makeExtensionTree(set, runner);
         const QStringList esArgs{QStringLiteral("es"), QString::number(set.plugins), QString::number(set.services)};
@@ -236,7 +247,7 @@ int main(int argc, char **argv)
         const QString n = QString::number(size);
         cases << Case{QStringLiteral("floor_") + n, app + QStringLiteral("/es-bench"), {QStringLiteral("floor")}};
         cases << Case{QStringLiteral("es_") + n, app + QStringLiteral("/es-bench"), esArgs + QStringList{QStringLiteral("0")}};
-        if (peer) {
+        if (o.peer) {
             cases << Case{QStringLiteral("peer_") + n, peerRunner,
                           {set.dir + QStringLiteral("/peer/plugins"), QString::number(set.plugins)}};
         }
@@ -249,12 +260,12 @@ int main(int argc, char **argv)
         cases << Case{QStringLiteral("cold_") + n, extApp + QStringLiteral("/es-bench"), esArgs + pointArgs, false,
                       [store] { QFile::remove(store); }};
         cases << Case{QStringLiteral("warm_") + n, extApp + QStringLiteral("/es-bench"), esArgs + pointArgs};
-        if (size == largest) {
+        if (size == o.largest()) {
             cases << Case{QStringLiteral("log_") + n, app + QStringLiteral("/es-bench"),
                           esArgs + QStringList{QStringLiteral("0")}, true};
         }
     }
-    const QString microApp = sets.value(smallest).dir + QStringLiteral("/app/es-bench");
+    // The micro-benchmarks run in the smallest set's application directory.
     for (int listeners : {1, 10, 100}) {
         for (const char *side : {"fw", "plain"}) {
             cases << Case{QStringLiteral("events_%1_%2").arg(listeners).arg(QLatin1String(side)), microApp,
@@ -264,12 +275,17 @@ int main(int argc, char **argv)
     for (const char *side : {"fw", "plain"})
         cases << Case{QStringLiteral("lookup_%1").arg(QLatin1String(side)), microApp,
                       {QStringLiteral("lookup"), QLatin1String(side)}};
+    return cases;
+}
 
-    QHash<QString, QVector<Figures>> results;
-    for (int run = 0; run < warmup + runs; ++run) {
-        const bool counted = run >= warmup;
-        out << (counted ? "run " : "warm-up ") << (counted ? run - warmup + 1 : run + 1) << ":";
-        for (const Case &c : qAsConst(cases)) {
+// Every case once per round, warm-up rounds first and not kept.
+Results runRounds(const QList<Case> &cases, const Options &o)
+{
+    Results results;
+    for (int run = 0; run < o.warmup + o.runs; ++run) {
+        const bool counted = run >= o.warmup;
+        out << (counted ? "run " : "warm-up ") << (counted ? run - o.warmup + 1 : run + 1) << ":";
+        for (const Case &c : cases) {
             out << " " << c.name << Qt::flush;
             const Figures figures = runCase(c);
             if (counted)
@@ -277,21 +293,18 @@ int main(int argc, char **argv)
         }
         out << Qt::endl;
     }
+    return results;
+}
 
-    auto figureMedian = [&](const QString &caseName, const QString &figure) {
-        QVector<double> values;
-        for (const Figures &figures : results.value(caseName))
-            values << figures.value(figure);
-        return median(values);
-    };
-
-    // Compared pairs: the ratio is taken run by run, then its median.
-    const QString L = QString::number(largest);
+// Compared pairs: the ratio is taken run by run, then its median.
+QList<Comparison> comparisonsFor(const Options &o)
+{
+    const QString L = QString::number(o.largest());
     QList<Comparison> comparisons;
     comparisons << Comparison{QStringLiteral("init_start_%1_vs_floor").arg(L),
                               {QStringLiteral("es_") + L, QStringLiteral("init_start_ms")},
                               {QStringLiteral("floor_") + L, QStringLiteral("load_ms")}, 1.5};
-    if (peer) {
+    if (o.peer) {
         comparisons << Comparison{QStringLiteral("init_start_%1_vs_peer").arg(L),
                                   {QStringLiteral("es_") + L, QStringLiteral("init_start_ms")},
                                   {QStringLiteral("peer_") + L, QStringLiteral("load_ms")}, 1.0};
@@ -311,18 +324,18 @@ int main(int argc, char **argv)
     comparisons << Comparison{QStringLiteral("lookup_100_vs_plain"),
                               {QStringLiteral("lookup_fw"), QStringLiteral("lookup_ns")},
                               {QStringLiteral("lookup_plain"), QStringLiteral("lookup_ns")}, 2.0};
-    if (sizes.size() > 1) {
-        const int previous = sizes.at(sizes.size() - 2);
+    if (o.previous()) {
+        const int previous = o.previous();
         const QString P = QString::number(previous);
         comparisons << Comparison{QStringLiteral("per_plugin_%1_vs_%2").arg(L, P),
-                                  {QStringLiteral("es_") + L, QStringLiteral("init_start_ms"), double(largest)},
+                                  {QStringLiteral("es_") + L, QStringLiteral("init_start_ms"), double(o.largest())},
                                   {QStringLiteral("es_") + P, QStringLiteral("init_start_ms"), double(previous)}, 1.3};
         comparisons << Comparison{QStringLiteral("floor_per_plugin_%1_vs_%2").arg(L, P),
-                                  {QStringLiteral("floor_") + L, QStringLiteral("load_ms"), double(largest)},
+                                  {QStringLiteral("floor_") + L, QStringLiteral("load_ms"), double(o.largest())},
                                   {QStringLiteral("floor_") + P, QStringLiteral("load_ms"), double(previous)}, 0};
-        if (peer) {
+        if (o.peer) {
             comparisons << Comparison{QStringLiteral("peer_per_plugin_%1_vs_%2").arg(L, P),
-                                      {QStringLiteral("peer_") + L, QStringLiteral("load_ms"), double(largest)},
+                                      {QStringLiteral("peer_") + L, QStringLiteral("load_ms"), double(o.largest())},
                                       {QStringLiteral("peer_") + P, QStringLiteral("load_ms"), double(previous)}, 0};
         }
     }
@@ -331,32 +344,53 @@ int main(int argc, char **argv)
     comparisons << Comparison{QStringLiteral("points_%1_vs_no_points").arg(L),
                               {QStringLiteral("points_") + L, QStringLiteral("ready_ms")},
                               {QStringLiteral("es_") + L, QStringLiteral("ready_ms")}, 0};
-    if (sizes.size() > 1) {
-        const int previous = sizes.at(sizes.size() - 2);
+    if (o.previous()) {
+        const int previous = o.previous();
         const QString P = QString::number(previous);
         for (const char *prefix : {"points_", "warm_", "cold_"}) {
             comparisons << Comparison{QStringLiteral("%1per_plugin_%2_vs_%3").arg(QLatin1String(prefix), L, P),
-                                      {QLatin1String(prefix) + L, QStringLiteral("ready_ms"), double(largest)},
+                                      {QLatin1String(prefix) + L, QStringLiteral("ready_ms"), double(o.largest())},
                                       {QLatin1String(prefix) + P, QStringLiteral("ready_ms"), double(previous)}, 0};
         }
     }
     comparisons << Comparison{QStringLiteral("debug_output_%1_vs_off").arg(L),
                               {QStringLiteral("log_") + L, QStringLiteral("init_start_ms")},
                               {QStringLiteral("es_") + L, QStringLiteral("init_start_ms")}, 0};
+    return comparisons;
+}
 
-    auto ratioMedian = [&](const Comparison &comparison) {
-        const QVector<Figures> a = results.value(comparison.numerator.caseName);
-        const QVector<Figures> b = results.value(comparison.denominator.caseName);
-        QVector<double> ratios;
-        for (int i = 0; i < std::min(a.size(), b.size()); ++i) {
-            const double top = a.at(i).value(comparison.numerator.figure) / comparison.numerator.divisor;
-            const double bottom = b.at(i).value(comparison.denominator.figure) / comparison.denominator.divisor;
-            if (bottom > 0)
-                ratios << top / bottom;
-        }
-        return median(ratios);
+double figureMedian(const Results &results, const QString &caseName, const QString &figure)
+{
+    QVector<double> values;
+    for (const Figures &figures : results.value(caseName))
+        values << figures.value(figure);
+    return median(values);
+}
+
+double ratioMedian(const Results &results, const Comparison &comparison)
+{
+    const QVector<Figures> a = results.value(comparison.numerator.caseName);
+    const QVector<Figures> b = results.value(comparison.denominator.caseName);
+    QVector<double> ratios;
+    for (int i = 0; i < std::min(a.size(), b.size()); ++i) {
+        const double top = a.at(i).value(comparison.numerator.figure) / comparison.numerator.divisor;
+        const double bottom = b.at(i).value(comparison.denominator.figure) / comparison.denominator.divisor;
+        if (bottom > 0)
+            ratios << top / bottom;
+    }
+    return median(ratios);
+}
+
+// The table of medians, then the ratios; the RATIO lines of the compared ones.
+QString writeTable(const Options &o, const Results &results, const QList<Comparison> &comparisons,
+                   QStringList &ratioLines)
+{
+    auto figureMedian = [&results](const QString &caseName, const QString &figure) {
+        return ::figureMedian(results, caseName, figure);
     };
-
+    const QList<int> &sizes = o.sizes;
+    const int runs = o.runs;
+    const int warmup = o.warmup;
     // The table.
     QString table;
     QTextStream md(&table);
@@ -413,11 +447,10 @@ int main(int argc, char **argv)
        << " ns | | |\n";
 
     md << "\n| Ratio (median of per-run ratios) | Median | Target | |\n|---|---:|---:|---|\n";
-    QStringList ratioLines;
     for (const Comparison &comparison : qAsConst(comparisons)) {
         if (!results.contains(comparison.numerator.caseName) || !results.contains(comparison.denominator.caseName))
             continue;
-        const double ratio = ratioMedian(comparison);
+        const double ratio = ratioMedian(results, comparison);
         const bool compared = comparison.target > 0;
         const QString verdict = !compared ? QString() : ratio <= comparison.target ? QStringLiteral("ok")
                                                                                   : QStringLiteral("MISS");
@@ -430,14 +463,27 @@ int main(int argc, char **argv)
                                    QString::number(comparison.target, 'f', 2), verdict);
         }
     }
-    for (const QString &note : qAsConst(notes))
+    for (const QString &note : o.notes)
         md << "\n" << note << "\n";
     md.flush();
+    return table;
+}
 
-    if (!outFile.isEmpty()) {
-        QFile file(outFile);
+} // namespace
+
+int main(int argc, char **argv)
+{
+    QCoreApplication app(argc, argv);
+    const Options options = parseOptions(app.arguments().mid(1));
+    const QList<Case> cases = prepareCases(options);
+    const Results results = runRounds(cases, options);
+    QStringList ratioLines;
+    const QString table = writeTable(options, results, comparisonsFor(options), ratioLines);
+
+    if (!options.outFile.isEmpty()) {
+        QFile file(options.outFile);
         if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Text))
-            die(QStringLiteral("cannot write %1").arg(outFile));
+            die(QStringLiteral("cannot write %1").arg(options.outFile));
         file.write(table.toUtf8());
     }
     out << Qt::endl << table << Qt::endl;
