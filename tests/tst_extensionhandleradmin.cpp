@@ -55,6 +55,41 @@ public:
     QStringList errors;
 };
 
+// ext.host with its point open, and ext.admin, whose two items for that point
+// came from its extension file; the first call of the first item starts it.
+struct AdminPlugin
+{
+    PluginFramework framework;
+    PluginManager *manager = nullptr;
+    ExtensionPoint *point = nullptr;
+    ExtensionData *first = nullptr;
+    ExtensionData *second = nullptr;
+
+    bool setUp()
+    {
+        deployPlugin(QStringLiteral("ext.host"));
+        const QString library = deployPlugin(QStringLiteral("ext.admin"));
+        QFile::copy(QFileInfo(builtPlugin(QStringLiteral("ext.admin"))).absolutePath() + QStringLiteral("/extension.xml"),
+                    QFileInfo(library).absolutePath() + QStringLiteral("/extension.xml"));
+        manager = framework.findChild<PluginManager *>();
+        framework.init();
+        manager->start(QStringLiteral("ext.host"));
+        point = frameworkContext(&framework)->extensionManager->pointAdmin()->findExtensionPoint(
+            QStringLiteral("test.point"));
+        if (!point || !QTest::qWaitFor([this] { return point->childCount() == 2; }))
+            return false;
+        first = point->extensionData(QStringLiteral("admin.first"));
+        second = point->extensionData(QStringLiteral("admin.second"));
+        return first && second;
+    }
+    int state() const { return manager->find(QStringLiteral("ext.admin"))->state(); }
+    ExtensionHandlerAdmin *admin() const
+    {
+        return first->extensionHandler() ? dynamic_cast<ExtensionHandlerAdmin *>(first->extensionHandler()->parent())
+                                         : nullptr;
+    }
+};
+
 } // namespace
 
 class tst_ExtensionHandlerAdmin : public QObject
@@ -71,55 +106,57 @@ private slots:
         clearPluginLog();
     }
     void oneAdminServesAPluginsExtensions();
+    void adminMakesAddsAndRemovesHandlers();
     void callbacksAndFailuresWithoutAPlugin();
 };
 
 void tst_ExtensionHandlerAdmin::oneAdminServesAPluginsExtensions()
 {
-    deployPlugin(QStringLiteral("ext.host"));
-    const QString library = deployPlugin(QStringLiteral("ext.admin"));
-    QFile::copy(QFileInfo(builtPlugin(QStringLiteral("ext.admin"))).absolutePath() + QStringLiteral("/extension.xml"),
-                QFileInfo(library).absolutePath() + QStringLiteral("/extension.xml"));
-    PluginFramework framework;
-    auto *manager = framework.findChild<PluginManager *>();
-    framework.init();
-    manager->start(QStringLiteral("ext.host"));
-    ExtensionPoint *point = frameworkContext(&framework)->extensionManager->pointAdmin()->findExtensionPoint(
-        QStringLiteral("test.point"));
-    QVERIFY(point);
-    QTRY_COMPARE(point->childCount(), 2);
-    ExtensionData *first = point->extensionData(QStringLiteral("admin.first"));
-    ExtensionData *second = point->extensionData(QStringLiteral("admin.second"));
-    QVERIFY(first && second);
-    QCOMPARE(manager->find(QStringLiteral("ext.admin"))->state(), int(PluginInfo::Resolved));
+    AdminPlugin p;
+    QVERIFY(p.setUp());
+    QCOMPARE(p.state(), int(PluginInfo::Resolved));
 
     // The first item starts the plug-in; its admin gets the stored call under the item's id.
     const QString argument = QStringLiteral("one");
-    QCOMPARE(first->active(Q_ARG(QString, argument)), 0);
-    QCOMPARE(manager->find(QStringLiteral("ext.admin"))->state(), int(PluginInfo::Active));
+    QCOMPARE(p.first->active(Q_ARG(QString, argument)), 0);
+    QCOMPARE(p.state(), int(PluginInfo::Active));
     QCOMPARE(pluginLog(), QStringList({"start:ext.admin", "actived:admin.first:one"}));
     // Both items have their callbacks now, and each call comes back with the admin's answer.
-    QCOMPARE(second->active(), 22);
-    QCOMPARE(first->active(), 11);
+    QCOMPARE(p.second->active(), 22);
+    QCOMPARE(p.first->active(), 11);
     QCOMPARE(pluginLog().mid(2), QStringList({"actived:admin.second:", "actived:admin.first:"}));
 
-    auto *callback = dynamic_cast<ExtensionCallback *>(first->extensionHandler());
+    auto *callback = dynamic_cast<ExtensionCallback *>(p.first->extensionHandler());
     QVERIFY(callback);
     QCOMPARE(callback->plugin(), QStringLiteral("ext.admin"));
     QCOMPARE(callback->extPoint(), QStringLiteral("test.point"));
     QCOMPARE(callback->extPlugin(), QStringLiteral("ext.host"));
-    auto *admin = dynamic_cast<ExtensionHandlerAdmin *>(callback->parent());
+    ExtensionHandlerAdmin *admin = p.admin();
     QVERIFY(admin);
     QCOMPARE(admin->childCount(), 2);
-    QCOMPARE(admin->findExtensionHandler(QStringLiteral(" admin.second ")), second->extensionHandler());
+    QCOMPARE(admin->findExtensionHandler(QStringLiteral(" admin.second ")), p.second->extensionHandler());
 
     // Attribute changes travel both ways, and the admin is not told of its own writes.
     clearPluginLog();
-    first->setAttribute(QStringLiteral("title"), QStringLiteral("Renamed"));
+    p.first->setAttribute(QStringLiteral("title"), QStringLiteral("Renamed"));
     admin->setData(QStringLiteral("admin.second"), QStringLiteral("title"), QStringLiteral("Written"));
-    QCOMPARE(second->attribute(QStringLiteral("title")).toString(), QStringLiteral("Written"));
+    QCOMPARE(p.second->attribute(QStringLiteral("title")).toString(), QStringLiteral("Written"));
     QCOMPARE(admin->data(QStringLiteral("admin.first"), QStringLiteral("title")).toString(), QStringLiteral("Renamed"));
     QCOMPARE(pluginLog(), QStringList({"changed:admin.first:title=Renamed"}));
+
+    // The plug-in deletes its admin, and everything in it, when it stops.
+    p.framework.stop();
+    QCOMPARE(p.state(), int(PluginInfo::Resolved));
+}
+
+void tst_ExtensionHandlerAdmin::adminMakesAddsAndRemovesHandlers()
+{
+    AdminPlugin p;
+    QVERIFY(p.setUp());
+    QCOMPARE(p.first->active(), 0); // starts ext.admin
+    ExtensionHandlerAdmin *admin = p.admin();
+    QVERIFY(admin);
+    ExtensionHandler *callback = p.first->extensionHandler();
 
     // A failure is logged under the plug-in's name and stays until a success clears it.
     QTest::ignoreMessage(QtDebugMsg,
@@ -129,12 +166,12 @@ void tst_ExtensionHandlerAdmin::oneAdminServesAPluginsExtensions()
 
     // Asking again for a present id gives the same callback and registers nothing:
     // taken off its item, it stays off.
-    frameworkContext(&framework)->extensionManager->unregisterExtensionHandler(QStringLiteral("admin.first"));
-    QVERIFY(!first->extensionHandler());
+    frameworkContext(&p.framework)->extensionManager->unregisterExtensionHandler(QStringLiteral("admin.first"));
+    QVERIFY(!p.first->extensionHandler());
     QCOMPARE(admin->makeExtensionHandler(QStringLiteral(" admin.first "), QStringLiteral("ext.admin"),
                                          QStringLiteral("ext.host"), QStringLiteral("test.point")),
              callback);
-    QVERIFY(!first->extensionHandler());
+    QVERIFY(!p.first->extensionHandler());
     QCOMPARE(admin->childCount(), 2);
     QCOMPARE(admin->error(), -1);
 
@@ -144,9 +181,9 @@ void tst_ExtensionHandlerAdmin::oneAdminServesAPluginsExtensions()
     QVERIFY(third && third != callback);
     QCOMPARE(admin->error(), 0);
     QCOMPARE(admin->errorString(), QStringLiteral("No Error"));
-    point->updateExtensionText({QStringLiteral("<ExtData plugin=\"ext.admin\" extPlugin=\"ext.host\">"
-                                               "<Item id=\"admin.third\"/></ExtData>")});
-    QCOMPARE(point->extensionData(QStringLiteral("admin.third"))->extensionHandler(), third);
+    p.point->updateExtensionText({QStringLiteral("<ExtData plugin=\"ext.admin\" extPlugin=\"ext.host\">"
+                                                 "<Item id=\"admin.third\"/></ExtData>")});
+    QCOMPARE(p.point->extensionData(QStringLiteral("admin.third"))->extensionHandler(), third);
 
     // A handler of the plug-in's own making joins the admin; one with a taken id does not.
     auto *own = new OwnHandler(QStringLiteral("admin.own"), QStringLiteral("ext.admin"), QStringLiteral("test.point"),
@@ -161,17 +198,15 @@ void tst_ExtensionHandlerAdmin::oneAdminServesAPluginsExtensions()
     admin->addExtensionHandler(&taken);
     QCOMPARE(admin->error(), -2);
     QVERIFY(!taken.parent());
-    QCOMPARE(second->extensionHandler(), admin->findExtensionHandler(QStringLiteral("admin.second")));
+    QCOMPARE(p.second->extensionHandler(), admin->findExtensionHandler(QStringLiteral("admin.second")));
 
     // Removing a handler destroys it and frees its item.
     admin->removeExtensionHandler(QStringLiteral("admin.second"));
     QVERIFY(!admin->findExtensionHandler(QStringLiteral("admin.second")));
-    QVERIFY(!second->extensionHandler());
-    QCOMPARE(second->attribute(QStringLiteral("ExtensionHandler")).toString(), QStringLiteral("stop"));
-
-    // The plug-in deletes its admin, and everything in it, when it stops.
-    framework.stop();
-    QCOMPARE(manager->find(QStringLiteral("ext.admin"))->state(), int(PluginInfo::Resolved));
+    QVERIFY(!p.second->extensionHandler());
+    QCOMPARE(p.second->attribute(QStringLiteral("ExtensionHandler")).toString(), QStringLiteral("stop"));
+    p.framework.stop();
+    QCOMPARE(p.state(), int(PluginInfo::Resolved));
 }
 
 void tst_ExtensionHandlerAdmin::callbacksAndFailuresWithoutAPlugin()

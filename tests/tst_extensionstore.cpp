@@ -127,7 +127,9 @@ private slots:
     void initTestCase();
     void init();
     void cleanup();
+    void recordTypesKnownAtLoad();
     void storeAndReparse();
+    void reopenedStoreKeepsItsRows();
     void twoPlugins();
     void refusedRecords();
     void outerStructureOnly();
@@ -138,7 +140,6 @@ private slots:
 
 void tst_ExtensionStore::initTestCase()
 {
-    ExtType::registerMetaTypes();
     qInstallMessageHandler(captureMessage);
 }
 
@@ -156,16 +157,22 @@ void tst_ExtensionStore::cleanup()
     QVERIFY(logged("duplicate connection").isEmpty());
 }
 
-void tst_ExtensionStore::storeAndReparse()
+void tst_ExtensionStore::recordTypesKnownAtLoad()
 {
-    // Both spellings name one type, so string-based and queued connections agree.
-    for (const char *name : {"PointList", "DataList", "Plugin"})
+    // Registered when the library is loaded, under both spellings, so that
+    // string-based and queued connections agree before any store exists.
+    for (const char *name : {"PointList", "DataList", "Plugin"}) {
+        QVERIFY(QMetaType::type(QByteArray("ExtType::") + name) != QMetaType::UnknownType);
         QCOMPARE(QMetaType::type(QByteArray("ExtType::") + name),
                  QMetaType::type(QByteArray("ExtensionSystem::ExtType::") + name));
+    }
     QCOMPARE(QMetaType::type("ExtType::Plugin"), qMetaTypeId<ExtType::Plugin>());
     QVERIFY(QVariant::fromValue(QList<QVariantHash>{{{"k", 1}}}).canConvert<QVariantList>());
     QCOMPARE(QMetaType::type("QVariantHashList"), qMetaTypeId<QList<QVariantHash>>());
+}
 
+void tst_ExtensionStore::storeAndReparse()
+{
     // A locale that cannot encode the text must not turn it into character references.
     const auto restoreCodec = qScopeGuard([codec = QTextCodec::codecForLocale()] { QTextCodec::setCodecForLocale(codec); });
     QTextCodec::setCodecForLocale(QTextCodec::codecForName("ISO-8859-1"));
@@ -238,15 +245,25 @@ void tst_ExtensionStore::storeAndReparse()
     QCOMPARE(found.size(), 1);
     QCOMPARE(rows("SELECT plug_md5 FROM tbl_plugin"), QList<QStringList>({{found.first().md5}}));
     QCOMPARE(count("tbl_extdata"), 1);
+}
 
-    // A second start on the same file finds its rows and changes nothing.
-    parser.reset();
-    store.reset();
-    store = std::make_unique<ExtensionStorage>(PluginFrameworkConfig::configDir(), nullptr);
+void tst_ExtensionStore::reopenedStoreKeepsItsRows()
+{
+    const ExtType::Plugin plugin{"alpha", "/plugins/alpha/extension.xml", "abc", {}, {{"pt", "alpha", "alpha", "<A/>"}}};
+    {
+        ExtensionStorage first(PluginFrameworkConfig::configDir(), nullptr);
+        first.writeExtensionPlugin(plugin);
+        first.setActivePlugins({"alpha"});
+    }
+
+    // A second start on the same file finds its rows and changes nothing; the
+    // active list is not kept.
+    auto store = std::make_unique<ExtensionStorage>(PluginFrameworkConfig::configDir(), nullptr);
     QCOMPARE(count("tbl_plugin"), 1);
     QString symbolic, digest;
-    QVERIFY(store->pluginRecord("/plugins/alpha/extension.xml", symbolic, digest));
-    QCOMPARE(digest, found.first().md5);
+    QVERIFY(store->pluginRecord(plugin.filepath, symbolic, digest));
+    QCOMPARE(symbolic, plugin.symbolic);
+    QCOMPARE(digest, plugin.md5);
     QVERIFY(store->activePlugins().isEmpty());
 
     // A store made while another lives takes the default connection over, as Qt warns;
