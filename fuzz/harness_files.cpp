@@ -143,12 +143,15 @@ QString metaData(const QByteArray &input)
         if (meta.dependencyResolved() != (expected.sawDependency && expected.dependencies.isEmpty()))
             return fail(QStringLiteral("resolution flag %1").arg(meta.dependencyResolved()));
         if (dependencies.size() != expected.dependencies.size())
-            return fail(QStringLiteral("%1 dependencies, expected %2").arg(dependencies.size()).arg(expected.dependencies.size()));
+            return fail(QStringLiteral("%1 dependencies, expected %2")
+                                .arg(dependencies.size())
+                                .arg(expected.dependencies.size()));
         int i = 0;
         for (auto it = expected.dependencies.constBegin(); it != expected.dependencies.constEnd(); ++it, ++i) {
             if (dependencies.at(i).symbolic() != it->first || dependencies.at(i).version() != it->second)
-                return fail(QStringLiteral("dependency %1 read as %2,%3").arg(i).arg(dependencies.at(i).symbolic(),
-                                                                                      dependencies.at(i).version()));
+                return fail(QStringLiteral("dependency %1 read as %2,%3")
+                                    .arg(i)
+                                    .arg(dependencies.at(i).symbolic(), dependencies.at(i).version()));
         }
         for (auto it = expected.properties.constBegin(); it != expected.properties.constEnd(); ++it) {
             if (meta.getProperty(it.key()) != it.value())
@@ -194,11 +197,11 @@ QString version(const QByteArray &input)
 
     const PluginDependency dependency(QStringLiteral("p"), needed);
     const bool expected = providerName == QLatin1String("p") && versionOrder(provided) >= versionOrder(needed)
-        && versionOrder(needed) >= versionOrder(compat);
+                          && versionOrder(needed) >= versionOrder(compat);
     if (dependency.checkCompatible(providerName, provided, compat) != expected)
         return fail(QStringLiteral("checkCompatible(%1, %2, %3) for %4 is %5")
-                        .arg(providerName, provided, compat, needed)
-                        .arg(!expected));
+                            .arg(providerName, provided, compat, needed)
+                            .arg(!expected));
 
     // Copies compute their key again and must agree; equality is by text only.
     PluginDependency copy(dependency);
@@ -238,7 +241,8 @@ QString checkElementText(const QString &text, const QString &tag, const QString 
     if (element.tagName() != tag)
         return QStringLiteral("stored text holds <%1>, not <%2>").arg(element.tagName(), tag);
     if (element.attribute(QStringLiteral("id")).trimmed() != id)
-        return QStringLiteral("stored %1 text has id '%2', the record '%3'").arg(tag, element.attribute(QStringLiteral("id")), id);
+        return QStringLiteral("stored %1 text has id '%2', the record '%3'")
+                .arg(tag, element.attribute(QStringLiteral("id")), id);
     return QString();
 }
 
@@ -254,10 +258,12 @@ QString extensionFile(const QByteArray &input)
     task.setAutoDelete(false);
     QList<ExtType::Plugin> found;
     QStringList errors;
-    QObject::connect(&task, &Internal::ExtensionFileParseTask::extensionFound, &task,
-                     [&found](const ExtType::Plugin &plugin) { found << plugin; }, Qt::DirectConnection);
-    QObject::connect(&task, &Internal::ExtensionFileParseTask::errorOccured, &task,
-                     [&errors](const QString &error) { errors << error; }, Qt::DirectConnection);
+    QObject::connect(
+            &task, &Internal::ExtensionFileParseTask::extensionFound, &task,
+            [&found](const ExtType::Plugin &plugin) { found << plugin; }, Qt::DirectConnection);
+    QObject::connect(
+            &task, &Internal::ExtensionFileParseTask::errorOccured, &task,
+            [&errors](const QString &error) { errors << error; }, Qt::DirectConnection);
     task.run();
 
     if (found.size() + errors.size() != 1)

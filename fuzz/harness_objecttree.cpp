@@ -33,11 +33,11 @@ class Node;
 
 struct World
 {
-    QHash<Object *, int> alive;     // node to its number
-    QMap<int, Object *> byNumber;   // the same, in the order of creation
-    QSet<Object *> died;            // destroyed during the current step
+    QHash<Object *, int> alive; // node to its number
+    QMap<int, Object *> byNumber; // the same, in the order of creation
+    QSet<Object *> died; // destroyed during the current step
     QStringList problems;
-    QSet<Object *> mayBeStale;      // nodes put into a documented stale state
+    QSet<Object *> mayBeStale; // nodes put into a documented stale state
 
     void problem(const QString &text) { problems << text; }
 };
@@ -74,7 +74,9 @@ class Notifier : public IObjectNotifier
 {
 public:
     enum Mode { Passive, DetachOnRemove, FollowNewChild, DetachOnEvent };
-    explicit Notifier(Mode mode) : mode(mode) {}
+    explicit Notifier(Mode mode)
+        : mode(mode)
+    { }
 
     void childAdded(Object *child) override
     {
@@ -112,7 +114,9 @@ public:
 class Input
 {
 public:
-    explicit Input(const QByteArray &bytes) : bytes(bytes) {}
+    explicit Input(const QByteArray &bytes)
+        : bytes(bytes)
+    { }
     bool atEnd() const { return position >= bytes.size(); }
     int next() { return atEnd() ? 0 : uchar(bytes.at(position++)); }
 
@@ -131,10 +135,7 @@ constexpr int MaxSteps = 400;
 class Run
 {
 public:
-    Run()
-    {
-        nodeSlots.fill(nullptr);
-    }
+    Run() { nodeSlots.fill(nullptr); }
 
     ~Run()
     {
@@ -170,15 +171,9 @@ private:
         return object && world->alive.contains(object) ? object : nullptr;
     }
 
-    QList<Object *> aliveNodes() const
-    {
-        return world->byNumber.values();
-    }
+    QList<Object *> aliveNodes() const { return world->byNumber.values(); }
 
-    int timesListed(Object *owner, Object *child) const
-    {
-        return owner->children().count(child);
-    }
+    int timesListed(Object *owner, Object *child) const { return owner->children().count(child); }
 
     QList<Object *> listers(Object *child) const
     {
@@ -244,10 +239,7 @@ private:
         }
     }
 
-    void expectDeath(const QSet<Object *> &doomed)
-    {
-        expected = doomed;
-    }
+    void expectDeath(const QSet<Object *> &doomed) { expected = doomed; }
 
     void step(Input &input)
     {
@@ -390,7 +382,10 @@ private:
             break;
         }
         if (world->died != expected)
-            world->problem(QStringLiteral("op %1: %2 nodes destroyed, %3 expected").arg(op).arg(world->died.size()).arg(expected.size()));
+            world->problem(QStringLiteral("op %1: %2 nodes destroyed, %3 expected")
+                                   .arg(op)
+                                   .arg(world->died.size())
+                                   .arg(expected.size()));
     }
 
     // The tree as text, for tracing a failing input: node(parent)[children].
@@ -401,9 +396,10 @@ private:
             QStringList children;
             for (Object *child : object->children())
                 children << QString::number(world->alive.value(child, -1));
-            parts << QStringLiteral("%1(%2)[%3]").arg(world->alive.value(object))
-                         .arg(object->parent() ? world->alive.value(object->parent(), -1) : -1)
-                         .arg(children.join(QLatin1Char(',')));
+            parts << QStringLiteral("%1(%2)[%3]")
+                             .arg(world->alive.value(object))
+                             .arg(object->parent() ? world->alive.value(object->parent(), -1) : -1)
+                             .arg(children.join(QLatin1Char(',')));
         }
         return parts.join(QLatin1Char(' '));
     }
@@ -439,8 +435,9 @@ private:
                 world->mayBeStale.remove(object);
             else if (!world->mayBeStale.contains(object))
                 world->problem(QStringLiteral("node %1 became inconsistent: %2 owners, parent %3")
-                                   .arg(world->alive.value(object)).arg(owners.size())
-                                   .arg(parent ? world->alive.value(parent) : -1));
+                                       .arg(world->alive.value(object))
+                                       .arg(owners.size())
+                                       .arg(parent ? world->alive.value(parent) : -1));
             // A node with a parent has handed on whatever waited at it.
             if (parent && !dataOf(object)->pendingEvents.isEmpty())
                 world->problem(QStringLiteral("events wait at a node that has a parent"));
@@ -488,7 +485,8 @@ private:
             delete root;
             if (world->died != doomed) {
                 world->problem(QStringLiteral("destroying a root took %1 nodes, %2 expected")
-                                   .arg(world->died.size()).arg(doomed.size()));
+                                       .arg(world->died.size())
+                                       .arg(doomed.size()));
                 break;
             }
         }

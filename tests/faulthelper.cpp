@@ -52,9 +52,7 @@ void say(const char *line)
     std::fflush(stdout);
 }
 
-void quiet(QtMsgType, const QMessageLogContext &, const QString &)
-{
-}
+void quiet(QtMsgType, const QMessageLogContext &, const QString &) { }
 
 int holdLock(const QString &path)
 {
@@ -141,8 +139,8 @@ int host(QStringList names)
 
         auto *manager = framework.findChild<PluginManager *>();
         auto *extensions = framework.findChild<Internal::ExtensionManager *>();
-        ExtensionPoint *point = extensions ? extensions->pointAdmin()->findExtensionPoint(QStringLiteral("test.point"))
-                                           : nullptr;
+        ExtensionPoint *point =
+                extensions ? extensions->pointAdmin()->findExtensionPoint(QStringLiteral("test.point")) : nullptr;
         ExtensionData *item = point ? point->extensionData(QStringLiteral("supplier.action")) : nullptr;
         const QString argument = QStringLiteral("matrix");
         out << "item: " << (item ? item->active(Q_ARG(QString, argument)) : -1) << '\n';

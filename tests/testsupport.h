@@ -33,8 +33,8 @@ inline QString pluginsDir()
 
 inline QString configFile()
 {
-    const QString program = QCoreApplication::applicationFilePath().section(QLatin1Char('/'), -1, -1)
-                                .section(QLatin1Char('.'), 0, 0);
+    const QString program =
+            QCoreApplication::applicationFilePath().section(QLatin1Char('/'), -1, -1).section(QLatin1Char('.'), 0, 0);
     return appDir() + QStringLiteral("/config/") + program + QStringLiteral("/config.ini");
 }
 

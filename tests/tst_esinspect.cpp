@@ -24,12 +24,12 @@ struct Run
     bool unchanged = false; // no file below the application directory changed
 };
 
-QString deploy(const QString &app, const QString &plugin, const QString &directory,
-               const QString &file = QString())
+QString deploy(const QString &app, const QString &plugin, const QString &directory, const QString &file = QString())
 {
     const QString dir = app + QStringLiteral("/plugins/") + directory;
     QDir().mkpath(dir);
-    const QString target = dir + QLatin1Char('/') + (file.isEmpty() ? plugin : file) + QStringLiteral(ES_TEST_LIBRARY_SUFFIX);
+    const QString target =
+            dir + QLatin1Char('/') + (file.isEmpty() ? plugin : file) + QStringLiteral(ES_TEST_LIBRARY_SUFFIX);
     QFile::copy(QStringLiteral(ES_TEST_PLUGIN_DIR "/%1/%1" ES_TEST_LIBRARY_SUFFIX).arg(plugin), target);
     return target;
 }
@@ -51,8 +51,10 @@ QStringList listing(const QString &root)
     while (it.hasNext()) {
         it.next();
         const QFileInfo info = it.fileInfo();
-        entries << QStringLiteral("%1 %2 %3").arg(info.filePath()).arg(info.size())
-                       .arg(info.lastModified().toMSecsSinceEpoch());
+        entries << QStringLiteral("%1 %2 %3")
+                           .arg(info.filePath())
+                           .arg(info.size())
+                           .arg(info.lastModified().toMSecsSinceEpoch());
     }
     entries.sort();
     return entries;
@@ -91,8 +93,9 @@ QStringList loadQueue(const QString &report)
 {
     const QString section = report.section(QStringLiteral("Load queue"), 1).section(QStringLiteral("\n\n"), 0, 0);
     QStringList names;
-    QRegularExpressionMatchIterator it = QRegularExpression(QStringLiteral("^\\s+\\d+\\. (\\S+)"),
-                                                            QRegularExpression::MultilineOption).globalMatch(section);
+    QRegularExpressionMatchIterator it =
+            QRegularExpression(QStringLiteral("^\\s+\\d+\\. (\\S+)"), QRegularExpression::MultilineOption)
+                    .globalMatch(section);
     while (it.hasNext())
         names << it.next().captured(1);
     return names;
@@ -148,17 +151,19 @@ void tst_EsInspect::initTestCase()
     deploy(mixed, QStringLiteral("no.dependency"), QStringLiteral("07_n"));
     deploy(mixed, QStringLiteral("no.metadata"), QStringLiteral("08_m"));
     for (const char *broken : {"not.qtplugin", "unresolved.symbol", "unresolved.function"})
-        m_loaderErrors.insert(QLatin1String(broken), loaderError(deploy(mixed, QLatin1String(broken), QLatin1String(broken))));
+        m_loaderErrors.insert(QLatin1String(broken),
+                              loaderError(deploy(mixed, QLatin1String(broken), QLatin1String(broken))));
     writeFile(mixed + QStringLiteral("/plugins/garbage/garbage" ES_TEST_LIBRARY_SUFFIX), QByteArray(4096, '\x7f'));
-    m_loaderErrors.insert(QStringLiteral("garbage"), loaderError(mixed + QStringLiteral("/plugins/garbage/garbage" ES_TEST_LIBRARY_SUFFIX)));
+    m_loaderErrors.insert(QStringLiteral("garbage"),
+                          loaderError(mixed + QStringLiteral("/plugins/garbage/garbage" ES_TEST_LIBRARY_SUFFIX)));
     deploy(mixed, QStringLiteral("chain.a.copy"), QStringLiteral("11_copy"));
     deploy(mixed, QStringLiteral("translated"), QStringLiteral("12_t"));
     deploy(mixed, QStringLiteral("self.dependency"), QStringLiteral("13_s"));
     writeFile(mixed + QStringLiteral("/config/host/config.ini"),
               "[Plugin]\ntranslated=\" DISABLE \"\nchain.c=Enable\n");
-    writeFile(mixed + QStringLiteral("/config/other/config.ini"),
-              "[PluginManager]\nloadEnabledPluginOnly=true\n");
-    m_runs.insert(QStringLiteral("mixed"), inspect(mixed, {QStringLiteral("--program"), QStringLiteral("host"), mixed}));
+    writeFile(mixed + QStringLiteral("/config/other/config.ini"), "[PluginManager]\nloadEnabledPluginOnly=true\n");
+    m_runs.insert(QStringLiteral("mixed"),
+                  inspect(mixed, {QStringLiteral("--program"), QStringLiteral("host"), mixed}));
 
     // The white list, with config/app/ found as the only program; a renamed library.
     const QString whitelist = app(QStringLiteral("whitelist"));
@@ -203,19 +208,19 @@ void tst_EsInspect::makeExtensionStore(const QString &path)
         db.setDatabaseName(path);
         QVERIFY(db.open());
         QSqlQuery query(db);
-        for (const char *sql : {
-                 "CREATE TABLE IF NOT EXISTS `tbl_plugin` (`plug_id`\tINTEGER PRIMARY KEY AUTOINCREMENT UNIQUE,"
-                 "`plug_symbolic`\tTEXT,`plug_filepath`\tTEXT,`plug_md5`\tTEXT);",
-                 "CREATE TABLE IF NOT EXISTS `tbl_extpoint` (`ep_id`\tTEXT UNIQUE,`ep_name`\tTEXT,`ep_plugin`\tTEXT,"
-                 "`ep_description`\tTEXT,`ep_data`\tTEXT,PRIMARY KEY(ep_id));",
-                 "CREATE TABLE IF NOT EXISTS `tbl_extdata` (`ed_id`\tINTEGER PRIMARY KEY AUTOINCREMENT UNIQUE,"
-                 "`ed_point`\tTEXT,`ed_plugin`\tTEXT,`ed_extPlugin`\tTEXT,`ed_data`\tTEXT);",
-                 "INSERT INTO tbl_plugin (plug_symbolic, plug_filepath, plug_md5) VALUES "
-                 "('ext.supplier', '/plugins/ext.supplier/extension.xml', '0123456789abcdef0123456789abcdef01234567');",
-                 "INSERT INTO tbl_extpoint VALUES ('test.point', 'Test point', 'ext.host', 'where items go', "
-                 "'<ExtPoint id=\"test.point\"/>');",
-                 "INSERT INTO tbl_extdata (ed_point, ed_plugin, ed_extPlugin, ed_data) VALUES ('test.point', "
-                 "'ext.supplier', 'ext.host', '<ExtData id=\"test.point\"><Item title=\"Größe ändern\"/></ExtData>');"})
+        for (const char *sql :
+             {"CREATE TABLE IF NOT EXISTS `tbl_plugin` (`plug_id`\tINTEGER PRIMARY KEY AUTOINCREMENT UNIQUE,"
+              "`plug_symbolic`\tTEXT,`plug_filepath`\tTEXT,`plug_md5`\tTEXT);",
+              "CREATE TABLE IF NOT EXISTS `tbl_extpoint` (`ep_id`\tTEXT UNIQUE,`ep_name`\tTEXT,`ep_plugin`\tTEXT,"
+              "`ep_description`\tTEXT,`ep_data`\tTEXT,PRIMARY KEY(ep_id));",
+              "CREATE TABLE IF NOT EXISTS `tbl_extdata` (`ed_id`\tINTEGER PRIMARY KEY AUTOINCREMENT UNIQUE,"
+              "`ed_point`\tTEXT,`ed_plugin`\tTEXT,`ed_extPlugin`\tTEXT,`ed_data`\tTEXT);",
+              "INSERT INTO tbl_plugin (plug_symbolic, plug_filepath, plug_md5) VALUES "
+              "('ext.supplier', '/plugins/ext.supplier/extension.xml', '0123456789abcdef0123456789abcdef01234567');",
+              "INSERT INTO tbl_extpoint VALUES ('test.point', 'Test point', 'ext.host', 'where items go', "
+              "'<ExtPoint id=\"test.point\"/>');",
+              "INSERT INTO tbl_extdata (ed_point, ed_plugin, ed_extPlugin, ed_data) VALUES ('test.point', "
+              "'ext.supplier', 'ext.host', '<ExtData id=\"test.point\"><Item title=\"Größe ändern\"/></ExtData>');"})
             QVERIFY2(query.exec(QString::fromUtf8(sql)), sql);
         db.close();
     }
@@ -230,13 +235,14 @@ void tst_EsInspect::reasons_data()
     QTest::addColumn<QStringList>("fragments");
 
     auto row = [](const char *scenario, const char *file, bool resolves, const QStringList &fragments) {
-        QTest::addRow("%s %s", scenario, file) << QString::fromLatin1(scenario)
-                                               << QStringLiteral("plugins/") + QLatin1String(file)
-                                               << resolves << fragments;
+        QTest::addRow("%s %s", scenario, file)
+                << QString::fromLatin1(scenario) << QStringLiteral("plugins/") + QLatin1String(file) << resolves
+                << fragments;
     };
     row("mixed", "00_na/not.activator" ES_TEST_LIBRARY_SUFFIX, true,
         {"position 1 in the load queue", "does not implement extensionsystem.ipluginactivator/1.0"});
-    row("mixed", "01_c/chain.c" ES_TEST_LIBRARY_SUFFIX, true, {"policy:         enable", "position 4 in the load queue"});
+    row("mixed", "01_c/chain.c" ES_TEST_LIBRARY_SUFFIX, true,
+        {"policy:         enable", "position 4 in the load queue"});
     row("mixed", "06_a/chain.a" ES_TEST_LIBRARY_SUFFIX, true,
         {"version:        1.0.0", "compatVersion:  1.0.0", "activation:     lazy",
          "dependencies:   none (empty dependency line)"});
@@ -249,11 +255,13 @@ void tst_EsInspect::reasons_data()
         {"no `dependency` line", "needs an empty `dependency:` line"});
     row("mixed", "08_m/no.metadata" ES_TEST_LIBRARY_SUFFIX, false, {"no META.INF at :/no.metadata/META-DATA/META.INF"});
     row("mixed", "not.qtplugin/not.qtplugin" ES_TEST_LIBRARY_SUFFIX, false, {"library fails to load: %not.qtplugin"});
-    row("mixed", "unresolved.symbol/unresolved.symbol" ES_TEST_LIBRARY_SUFFIX, false, {"library fails to load: %unresolved.symbol"});
+    row("mixed", "unresolved.symbol/unresolved.symbol" ES_TEST_LIBRARY_SUFFIX, false,
+        {"library fails to load: %unresolved.symbol"});
     row("mixed", "garbage/garbage" ES_TEST_LIBRARY_SUFFIX, false, {"library fails to load: %garbage"});
     row("mixed", "11_copy/chain.a.copy" ES_TEST_LIBRARY_SUFFIX, false,
         {"version:        1.5.0", "same symbolic name chain.a as plugins/06_a/chain.a" ES_TEST_LIBRARY_SUFFIX});
-    row("mixed", "12_t/translated" ES_TEST_LIBRARY_SUFFIX, false, {"blacklisted: config.ini sets Plugin/translated to \" DISABLE \""});
+    row("mixed", "12_t/translated" ES_TEST_LIBRARY_SUFFIX, false,
+        {"blacklisted: config.ini sets Plugin/translated to \" DISABLE \""});
     row("mixed", "13_s/self.dependency" ES_TEST_LIBRARY_SUFFIX, false, {"depends on itself (self.dependency 1.0.0)"});
     // Code that calls what no library defines fails at load, not at start.
     row("mixed", "unresolved.function/unresolved.function" ES_TEST_LIBRARY_SUFFIX, false,
@@ -262,7 +270,8 @@ void tst_EsInspect::reasons_data()
     row("missing", "ns/meta.nosymbolic" ES_TEST_LIBRARY_SUFFIX, false,
         {"status:         does not resolve", "META.INF at :/meta.nosymbolic/META-DATA/META.INF names no symbolic"});
 
-    row("whitelist", "starter/starter" ES_TEST_LIBRARY_SUFFIX, true, {"policy:         enable", "position 1 in the load queue"});
+    row("whitelist", "starter/starter" ES_TEST_LIBRARY_SUFFIX, true,
+        {"policy:         enable", "position 1 in the load queue"});
     row("whitelist", "chain.a/chain.a" ES_TEST_LIBRARY_SUFFIX, false,
         {"not whitelisted: loadEnabledPluginOnly is on and config.ini has no \"enable\" for Plugin/chain.a"});
     row("whitelist", "chain.b/chain.b" ES_TEST_LIBRARY_SUFFIX, false,
@@ -272,7 +281,8 @@ void tst_EsInspect::reasons_data()
     row("whitelist", "renamed/renamed" ES_TEST_LIBRARY_SUFFIX, false,
         {"no META.INF at :/renamed/META-DATA/META.INF", "carries :/ext.host/META-DATA/META.INF"});
 
-    row("missing", "b/chain.b" ES_TEST_LIBRARY_SUFFIX, false, {"missing dependency: needs chain.a 1.0.0, which is not installed\n"});
+    row("missing", "b/chain.b" ES_TEST_LIBRARY_SUFFIX, false,
+        {"missing dependency: needs chain.a 1.0.0, which is not installed\n"});
 }
 
 void tst_EsInspect::reasons()
@@ -325,7 +335,8 @@ void tst_EsInspect::exitCodeAndLoadQueue()
 void tst_EsInspect::dotGraph()
 {
     const QString mixed = app(QStringLiteral("mixed"));
-    const Run run = inspect(mixed, {QStringLiteral("--dot"), QStringLiteral("--program"), QStringLiteral("host"), mixed});
+    const Run run =
+            inspect(mixed, {QStringLiteral("--dot"), QStringLiteral("--program"), QStringLiteral("host"), mixed});
     QVERIFY(run.unchanged);
     QCOMPARE(run.exitCode, 1);
     QVERIFY2(run.out.startsWith(QStringLiteral("digraph plugins {\n")), qPrintable(run.out));
@@ -343,8 +354,8 @@ void tst_EsInspect::dotGraph()
         const QRegularExpressionMatch n = node.match(line);
         if (e.hasMatch()) {
             QVERIFY2(names.contains(e.captured(1)) && names.contains(e.captured(2)), qPrintable(line));
-            edges << QStringLiteral("%1 -> %2 %3%4").arg(names.value(e.captured(1)), names.value(e.captured(2)),
-                                                         e.captured(3), e.captured(4));
+            edges << QStringLiteral("%1 -> %2 %3%4")
+                             .arg(names.value(e.captured(1)), names.value(e.captured(2)), e.captured(3), e.captured(4));
         } else {
             QVERIFY2(n.hasMatch(), qPrintable(line));
             names.insert(n.captured(1), n.captured(2).section(QStringLiteral("\\n"), 0, 0));
@@ -365,19 +376,20 @@ void tst_EsInspect::dotGraph()
 
 void tst_EsInspect::extensionStore()
 {
-    const QStringList lines = m_runs.value(QStringLiteral("clean")).out.section(QStringLiteral("Extensions in "), 1)
-                                  .split(QLatin1Char('\n'));
+    const QStringList lines = m_runs.value(QStringLiteral("clean"))
+                                      .out.section(QStringLiteral("Extensions in "), 1)
+                                      .split(QLatin1Char('\n'));
     QVERIFY2(lines.first().endsWith(QStringLiteral("extension.dat (opened read-only):")), qPrintable(lines.first()));
-    const QStringList expected = {
-        QStringLiteral("  ext.supplier"),
-        QStringLiteral("    file:   /plugins/ext.supplier/extension.xml"),
-        QStringLiteral("    digest: 0123456789abcdef0123456789abcdef01234567"),
-        QStringLiteral("    points: none"),
-        QString::fromUtf8("    data:   test.point of ext.host: <ExtData id=\"test.point\"><Item title=\"Größe ändern\"/></ExtData>"),
-        QStringLiteral("  ext.host"),
-        QStringLiteral("    not in tbl_plugin: no extension file of it is recorded"),
-        QStringLiteral("    point:  test.point \"Test point\": where items go"),
-        QStringLiteral("    data:   none")};
+    const QStringList expected = {QStringLiteral("  ext.supplier"),
+                                  QStringLiteral("    file:   /plugins/ext.supplier/extension.xml"),
+                                  QStringLiteral("    digest: 0123456789abcdef0123456789abcdef01234567"),
+                                  QStringLiteral("    points: none"),
+                                  QString::fromUtf8("    data:   test.point of ext.host: <ExtData "
+                                                    "id=\"test.point\"><Item title=\"Größe ändern\"/></ExtData>"),
+                                  QStringLiteral("  ext.host"),
+                                  QStringLiteral("    not in tbl_plugin: no extension file of it is recorded"),
+                                  QStringLiteral("    point:  test.point \"Test point\": where items go"),
+                                  QStringLiteral("    data:   none")};
     QCOMPARE(lines.mid(1, expected.size()), expected);
 
     // Without a store nothing is opened, so nothing is created either.
@@ -399,7 +411,8 @@ void tst_EsInspect::usage()
     const Run unchosen = inspect(mixed, {mixed});
     QCOMPARE(unchosen.exitCode, 1);
     QVERIFY(unchosen.out.contains(QStringLiteral("Configuration: none chosen")));
-    QVERIFY(block(unchosen.out, QStringLiteral("plugins/12_t/translated" ES_TEST_LIBRARY_SUFFIX)).contains(QStringLiteral("status:         resolved")));
+    QVERIFY(block(unchosen.out, QStringLiteral("plugins/12_t/translated" ES_TEST_LIBRARY_SUFFIX))
+                    .contains(QStringLiteral("status:         resolved")));
 }
 
 QTEST_GUILESS_MAIN(tst_EsInspect)

@@ -14,7 +14,10 @@ namespace {
 class RecordingListener : public IPluginListener
 {
 public:
-    RecordingListener(const QString &name, QStringList *calls) : name(name), calls(calls) {}
+    RecordingListener(const QString &name, QStringList *calls)
+        : name(name)
+        , calls(calls)
+    { }
     void pluginChanged(const PluginEvent &event) override
     {
         *calls << name + QLatin1Char(':') + event.symbolic();
@@ -29,7 +32,9 @@ public:
 class CustomListener : public ICustomizedListener
 {
 public:
-    explicit CustomListener(int type) : ICustomizedListener(type) {}
+    explicit CustomListener(int type)
+        : ICustomizedListener(type)
+    { }
     void customizedChanged(const CustomizedEvent &event) override { types << event.sharedData()->type; }
     QList<int> types;
 };

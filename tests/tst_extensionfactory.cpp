@@ -20,8 +20,8 @@ public:
         QList<ExtensionData *> made;
         for (const QString &text : texts) {
             const QString id = text.section(QLatin1Char(':'), 1);
-            ExtensionData *data = text.startsWith(QLatin1String("factory:")) ? new ExtensionDataFactory
-                                                                             : new ExtensionData;
+            ExtensionData *data =
+                    text.startsWith(QLatin1String("factory:")) ? new ExtensionDataFactory : new ExtensionData;
             data->setData(ExtensionData::IdRole, id);
             made << data;
         }
@@ -34,8 +34,7 @@ class Handler : public ExtensionHandler
 public:
     explicit Handler(const QString &id)
         : ExtensionHandler(id, QStringLiteral("editor"), QStringLiteral("editor.point"), QStringLiteral("host"))
-    {
-    }
+    { }
     int active(QGenericArgument a0, QGenericArgument, QGenericArgument, QGenericArgument, QGenericArgument,
                QGenericArgument, QGenericArgument, QGenericArgument, QGenericArgument, QGenericArgument) override
     {
@@ -55,14 +54,13 @@ public:
     using ExtensionHandlerFactory::ExtensionHandlerFactory;
     explicit Documents(const QString &id)
         : ExtensionHandlerFactory(id, QStringLiteral("editor"), QStringLiteral("editor.point"), QStringLiteral("host"))
-    {
-    }
+    { }
     int active(QGenericArgument, QGenericArgument, QGenericArgument, QGenericArgument, QGenericArgument,
                QGenericArgument, QGenericArgument, QGenericArgument, QGenericArgument, QGenericArgument) override
     {
         return 0;
     }
-    void dataChanged(const QString &, const QVariant &) override {}
+    void dataChanged(const QString &, const QVariant &) override { }
 };
 
 ExtensionData *makeData(const QString &id, const QString &text, Object *parent = nullptr)

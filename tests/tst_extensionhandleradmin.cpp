@@ -29,7 +29,7 @@ public:
     {
         return 5;
     }
-    void dataChanged(const QString &, const QVariant &) override {}
+    void dataChanged(const QString &, const QVariant &) override { }
 };
 
 // Records what its callbacks bring; it never has a context.
@@ -69,13 +69,15 @@ struct AdminPlugin
     {
         deployPlugin(QStringLiteral("ext.host"));
         const QString library = deployPlugin(QStringLiteral("ext.admin"));
-        QFile::copy(QFileInfo(builtPlugin(QStringLiteral("ext.admin"))).absolutePath() + QStringLiteral("/extension.xml"),
+        QFile::copy(QFileInfo(builtPlugin(QStringLiteral("ext.admin"))).absolutePath()
+                            + QStringLiteral("/extension.xml"),
                     QFileInfo(library).absolutePath() + QStringLiteral("/extension.xml"));
         manager = framework.findChild<PluginManager *>();
         framework.init();
         manager->start(QStringLiteral("ext.host"));
-        point = frameworkContext(&framework)->extensionManager->pointAdmin()->findExtensionPoint(
-            QStringLiteral("test.point"));
+        point = frameworkContext(&framework)
+                        ->extensionManager->pointAdmin()
+                        ->findExtensionPoint(QStringLiteral("test.point"));
         if (!point || !QTest::qWaitFor([this] { return point->childCount() == 2; }))
             return false;
         first = point->extensionData(QStringLiteral("admin.first"));
@@ -96,10 +98,7 @@ class tst_ExtensionHandlerAdmin : public QObject
 {
     Q_OBJECT
 private slots:
-    void initTestCase()
-    {
-        qRegisterMetaType<PluginEvent>("PluginEvent");
-    }
+    void initTestCase() { qRegisterMetaType<PluginEvent>("PluginEvent"); }
     void init()
     {
         resetApplicationDirectory();
@@ -251,9 +250,8 @@ void tst_ExtensionHandlerAdmin::callbacksAndFailuresWithoutAPlugin()
     QVERIFY(!admin.data(QStringLiteral("unknown"), QStringLiteral("k")).isValid());
     admin.setData(QStringLiteral("unknown"), QStringLiteral("k"), 2);
     QCOMPARE(admin.errors,
-             QStringList({"-4 The PluginContext is NULL, cannot generate callback",
-                          "-3 The callback is invalid", "-3 The callback is invalid",
-                          "-4 The PluginContext is NULL, cannot generate callback",
+             QStringList({"-4 The PluginContext is NULL, cannot generate callback", "-3 The callback is invalid",
+                          "-3 The callback is invalid", "-4 The PluginContext is NULL, cannot generate callback",
                           "-1 The callback is not exists", "-1 The callback is not exists",
                           "-1 The callback is not exists"}));
     QCOMPARE(admin.error(), -1);
@@ -276,9 +274,8 @@ void tst_ExtensionHandlerAdmin::callbacksAndFailuresWithoutAPlugin()
     ExtensionHandlerAdmin plain;
     auto *plainCallback = new ExtensionCallback(QStringLiteral("x"), QString(), QString(), QString(), &plain);
     QCOMPARE(plainCallback->active(), 0);
-    QTest::ignoreMessage(
-        QtDebugMsg,
-        "[ERROR] plugin: \"\" - ExtensionHandlerAdmin: -4 - \"The PluginContext is NULL, cannot generate callback\"");
+    QTest::ignoreMessage(QtDebugMsg, "[ERROR] plugin: \"\" - ExtensionHandlerAdmin: -4 - \"The PluginContext is NULL, "
+                                     "cannot generate callback\"");
     QVERIFY(!plain.makeExtensionHandler(QStringLiteral("y"), QString(), QString(), QString()));
     QCOMPARE(plain.error(), -4);
     plain.removeExtensionHandler(QStringLiteral(" x "));

@@ -114,10 +114,7 @@ class tst_Extensions : public QObject
 {
     Q_OBJECT
 private slots:
-    void initTestCase()
-    {
-        qRegisterMetaType<PluginEvent>("PluginEvent");
-    }
+    void initTestCase() { qRegisterMetaType<PluginEvent>("PluginEvent"); }
     void init()
     {
         resetApplicationDirectory();
@@ -145,14 +142,14 @@ void tst_Extensions::dataAndHandlerLink()
     QCOMPARE(first.arguments, QList<int>({2}));
     QCOMPARE(first.extensionData(), &item);
     QVERIFY(!item.attributeContains(handlerState)); // a first attach leaves it absent
-    QCOMPARE(item.active(Q_ARG(int, one)), 2);      // attached: the handler's own result
+    QCOMPARE(item.active(Q_ARG(int, one)), 2); // attached: the handler's own result
 
     // Replacing the handler tells the item once, with the old one, and frees the old one.
     item.changes.clear();
     item.setExtensionHandler(&second);
     QCOMPARE(item.changes.size(), 1);
-    QCOMPARE(item.changes.at(0), qMakePair(static_cast<ExtensionHandler *>(&second),
-                                           static_cast<ExtensionHandler *>(&first)));
+    QCOMPARE(item.changes.at(0),
+             qMakePair(static_cast<ExtensionHandler *>(&second), static_cast<ExtensionHandler *>(&first)));
     QVERIFY(!first.extensionData());
     QCOMPARE(second.extensionData(), &item);
     QVERIFY(!item.attributeContains(handlerState));
@@ -192,7 +189,8 @@ void tst_Extensions::startOnDemandAcrossTwoRuns()
 {
     deployPlugin(QStringLiteral("ext.host"));
     const QString supplier = deployPlugin(QStringLiteral("ext.supplier"));
-    QFile::copy(QFileInfo(builtPlugin(QStringLiteral("ext.supplier"))).absolutePath() + QStringLiteral("/extension.xml"),
+    QFile::copy(QFileInfo(builtPlugin(QStringLiteral("ext.supplier"))).absolutePath()
+                        + QStringLiteral("/extension.xml"),
                 QFileInfo(supplier).absolutePath() + QStringLiteral("/extension.xml"));
     for (int run = 1; run <= 2; ++run) {
         clearPluginLog();

@@ -13,9 +13,9 @@
 #include <memory>
 
 #if defined(Q_OS_LINUX)
-#include "dacoverride.h"
+#    include "dacoverride.h"
 
-#include <fcntl.h>
+#    include <fcntl.h>
 #endif
 
 using namespace ExtensionSystem;
@@ -44,9 +44,18 @@ void clearLog()
     logLines.clear();
 }
 
-QString appDir() { return QCoreApplication::applicationDirPath(); }
-QString storePath() { return PluginFrameworkConfig::configDir().filePath("extension.dat"); }
-QString relative(const QString &path) { return QString(path).remove(appDir()); }
+QString appDir()
+{
+    return QCoreApplication::applicationDirPath();
+}
+QString storePath()
+{
+    return PluginFrameworkConfig::configDir().filePath("extension.dat");
+}
+QString relative(const QString &path)
+{
+    return QString(path).remove(appDir());
+}
 
 QString writeExtension(const QString &name, const QString &xml)
 {
@@ -100,7 +109,11 @@ struct Rig
 {
     ExtensionStorage store{PluginFrameworkConfig::configDir(), nullptr};
     ExtensionFileParser parser{&store, nullptr};
-    Rig() { QObject::connect(&parser, &ExtensionFileParser::extensionFound, &store, &ExtensionStorage::writeExtensionPlugin); }
+    Rig()
+    {
+        QObject::connect(&parser, &ExtensionFileParser::extensionFound, &store,
+                         &ExtensionStorage::writeExtensionPlugin);
+    }
 };
 
 // Parses through the pool as the framework does and returns what arrived.
@@ -174,24 +187,29 @@ void tst_ExtensionStore::recordTypesKnownAtLoad()
 void tst_ExtensionStore::storeAndReparse()
 {
     // A locale that cannot encode the text must not turn it into character references.
-    const auto restoreCodec = qScopeGuard([codec = QTextCodec::codecForLocale()] { QTextCodec::setCodecForLocale(codec); });
+    const auto restoreCodec =
+            qScopeGuard([codec = QTextCodec::codecForLocale()] { QTextCodec::setCodecForLocale(codec); });
     QTextCodec::setCodecForLocale(QTextCodec::codecForName("ISO-8859-1"));
     const QString title = QString::fromUtf8("Grüße, 日本語 ✓ Ωmega");
-    const QString path = writeExtension("alpha", QString(
-        "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<Plugin id=\"alpha\">"
-        "<ExtPointSet><ExtPoint id=\"alpha.point\" name=\"Point\"><Inner x=\"1\"/></ExtPoint>"
-        "<ExtPoint name=\"no id\"/></ExtPointSet>"
-        "<ExtDataSet><ExtData id=\"alpha.point\" plugin=\"alpha\" extPlugin=\"alpha\" title=\"%1\">%1</ExtData>"
-        "</ExtDataSet></Plugin>").arg(title));
+    const QString path = writeExtension(
+            "alpha", QString("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<Plugin id=\"alpha\">"
+                             "<ExtPointSet><ExtPoint id=\"alpha.point\" name=\"Point\"><Inner x=\"1\"/></ExtPoint>"
+                             "<ExtPoint name=\"no id\"/></ExtPointSet>"
+                             "<ExtDataSet><ExtData id=\"alpha.point\" plugin=\"alpha\" extPlugin=\"alpha\" "
+                             "title=\"%1\">%1</ExtData>"
+                             "</ExtDataSet></Plugin>")
+                             .arg(title));
     QVERIFY(!path.isEmpty());
 
     auto store = std::make_unique<ExtensionStorage>(PluginFrameworkConfig::configDir(), nullptr);
     QVERIFY(QFile::exists(storePath()));
-    const auto tables = rows("SELECT name, sql FROM sqlite_master WHERE type = 'table' AND name LIKE 'tbl_%' ORDER BY name");
+    const auto tables =
+            rows("SELECT name, sql FROM sqlite_master WHERE type = 'table' AND name LIKE 'tbl_%' ORDER BY name");
     QCOMPARE(tables.size(), 3);
     QCOMPARE(tables.at(0).at(0), QString("tbl_extdata"));
-    QCOMPARE(tables.at(2).at(1), QString("CREATE TABLE `tbl_plugin` (`plug_id`\tINTEGER PRIMARY KEY AUTOINCREMENT UNIQUE,"
-                                         "`plug_symbolic`\tTEXT,`plug_filepath`\tTEXT,`plug_md5`\tTEXT)"));
+    QCOMPARE(tables.at(2).at(1),
+             QString("CREATE TABLE `tbl_plugin` (`plug_id`\tINTEGER PRIMARY KEY AUTOINCREMENT UNIQUE,"
+                     "`plug_symbolic`\tTEXT,`plug_filepath`\tTEXT,`plug_md5`\tTEXT)"));
 
     auto parser = std::make_unique<ExtensionFileParser>(store.get(), nullptr);
     QVERIFY(QObject::connect(parser.get(), SIGNAL(extensionFound(ExtType::Plugin)), store.get(),
@@ -207,7 +225,7 @@ void tst_ExtensionStore::storeAndReparse()
     // Directory, size and time, not the content.
     const QFileInfo info(path);
     const QByteArray pieces = "/plugins/alpha" + QByteArray::number(info.size())
-        + info.lastModified().toString("yyyy-MM-dd hh:mm:ss-zzz").toUtf8();
+                              + info.lastModified().toString("yyyy-MM-dd hh:mm:ss-zzz").toUtf8();
     QCOMPARE(record.md5, QString(QCryptographicHash::hash(pieces, QCryptographicHash::Sha1).toHex()));
 
     QCOMPARE(rows("SELECT plug_symbolic, plug_filepath, plug_md5 FROM tbl_plugin"),
@@ -249,7 +267,8 @@ void tst_ExtensionStore::storeAndReparse()
 
 void tst_ExtensionStore::reopenedStoreKeepsItsRows()
 {
-    const ExtType::Plugin plugin{"alpha", "/plugins/alpha/extension.xml", "abc", {}, {{"pt", "alpha", "alpha", "<A/>"}}};
+    const ExtType::Plugin plugin{
+            "alpha", "/plugins/alpha/extension.xml", "abc", {}, {{"pt", "alpha", "alpha", "<A/>"}}};
     {
         ExtensionStorage first(PluginFrameworkConfig::configDir(), nullptr);
         first.writeExtensionPlugin(plugin);
@@ -277,11 +296,13 @@ void tst_ExtensionStore::reopenedStoreKeepsItsRows()
 
 void tst_ExtensionStore::twoPlugins()
 {
-    const QString pathA = writeExtension("A", "<Plugin id=\"A\"><ExtPointSet><ExtPoint id=\"shared.point\"/></ExtPointSet>"
-        "<ExtDataSet><ExtData id=\"B.point\" plugin=\"A\" extPlugin=\"B\"/></ExtDataSet></Plugin>");
-    const QString pathB = writeExtension("B", "<Plugin id=\"B\"><ExtPointSet><ExtPoint id=\"B.point\"/>"
-        "<ExtPoint id=\"shared.point\"/></ExtPointSet>"
-        "<ExtDataSet><ExtData id=\"B.point\" plugin=\"B\" extPlugin=\"B\"/></ExtDataSet></Plugin>");
+    const QString pathA = writeExtension(
+            "A", "<Plugin id=\"A\"><ExtPointSet><ExtPoint id=\"shared.point\"/></ExtPointSet>"
+                 "<ExtDataSet><ExtData id=\"B.point\" plugin=\"A\" extPlugin=\"B\"/></ExtDataSet></Plugin>");
+    const QString pathB = writeExtension(
+            "B", "<Plugin id=\"B\"><ExtPointSet><ExtPoint id=\"B.point\"/>"
+                 "<ExtPoint id=\"shared.point\"/></ExtPointSet>"
+                 "<ExtDataSet><ExtData id=\"B.point\" plugin=\"B\" extPlugin=\"B\"/></ExtDataSet></Plugin>");
     Rig rig;
     ExtensionStorage &store = rig.store;
     ExtensionFileParser &parser = rig.parser;
@@ -313,7 +334,8 @@ void tst_ExtensionStore::twoPlugins()
                         "<ExtData id=\"x\" plugin=\"A\" extPlugin=\"B\"/></ExtDataSet></Plugin>");
     const auto changed = parseAndWait(parser, pathA);
     QCOMPARE(changed.size(), 1);
-    QCOMPARE(rows("SELECT plug_md5 FROM tbl_plugin"), QList<QStringList>({{changed.first().md5}, {changed.first().md5}}));
+    QCOMPARE(rows("SELECT plug_md5 FROM tbl_plugin"),
+             QList<QStringList>({{changed.first().md5}, {changed.first().md5}}));
     QCOMPARE(count("tbl_extdata", "ed_plugin = 'A'"), 2);
     QCOMPARE(count("tbl_extpoint", "ep_plugin = 'A'"), 0);
 
@@ -330,16 +352,18 @@ void tst_ExtensionStore::refusedRecords()
     ExtensionFileParser &parser = rig.parser;
 
     // The quote breaks the unbound INSERT: nothing of the file is kept, so it is read again.
-    const QString quoted = writeExtension("quoted", "<Plugin id=\"o'neil\"><ExtPointSet><ExtPoint id=\"q\"/></ExtPointSet>"
-        "<ExtDataSet><ExtData id=\"q\" plugin=\"o'neil\" extPlugin=\"o'neil\"/></ExtDataSet></Plugin>");
+    const QString quoted = writeExtension(
+            "quoted", "<Plugin id=\"o'neil\"><ExtPointSet><ExtPoint id=\"q\"/></ExtPointSet>"
+                      "<ExtDataSet><ExtData id=\"q\" plugin=\"o'neil\" extPlugin=\"o'neil\"/></ExtDataSet></Plugin>");
     QCOMPARE(parseAndWait(parser, quoted).size(), 1);
     QVERIFY(!logged("[DB] > writeExtensionPlugin: \"o'neil\"").isEmpty());
     QCOMPARE(count("tbl_plugin") + count("tbl_extpoint") + count("tbl_extdata"), 0);
     QCOMPARE(parseAndWait(parser, quoted).size(), 1);
 
     // No root id: the record comes, without points, and the store ignores it.
-    const QString anonymous = writeExtension("anonymous", "<Plugin><ExtPointSet><ExtPoint id=\"p\"/></ExtPointSet>"
-        "<ExtDataSet><ExtData id=\"p\" plugin=\"a\" extPlugin=\"b\"/></ExtDataSet></Plugin>");
+    const QString anonymous = writeExtension(
+            "anonymous", "<Plugin><ExtPointSet><ExtPoint id=\"p\"/></ExtPointSet>"
+                         "<ExtDataSet><ExtData id=\"p\" plugin=\"a\" extPlugin=\"b\"/></ExtDataSet></Plugin>");
     const auto record = parseAndWait(parser, anonymous);
     QCOMPARE(record.size(), 1);
     QVERIFY(record.first().symbolic.isEmpty());
@@ -354,13 +378,16 @@ void tst_ExtensionStore::refusedRecords()
 
 void tst_ExtensionStore::outerStructureOnly()
 {
-    const QString path = writeExtension("shape", "<PLUGIN id=\" a \">"
-        "<ExtPointSet><ExtPoint id=\" p1 \" name=\" Name \" description=\"D\" plugin=\"other\"><Sub k=\"v\"/></ExtPoint>"
-        "<ExtPoint name=\"no id\"/><Group><ExtPoint id=\"nested\"/></Group></ExtPointSet>"
-        "<ExtData id=\"under.root\" plugin=\"a\" extPlugin=\"a\"/>"
-        "<ExtDataSet><ExtData id=\"d1\" plugin=\"a\" extPlugin=\"b\"/><ExtData id=\"d\" plugin=\"a\"/></ExtDataSet>"
-        "<extpointset><ExtPoint id=\"lower\"/></extpointset>"
-        "<ExtDataSet><ExtData id=\"d2\" plugin=\" a\" extPlugin=\"b \"/></ExtDataSet></PLUGIN>");
+    const QString path = writeExtension(
+            "shape",
+            "<PLUGIN id=\" a \">"
+            "<ExtPointSet><ExtPoint id=\" p1 \" name=\" Name \" description=\"D\" plugin=\"other\"><Sub "
+            "k=\"v\"/></ExtPoint>"
+            "<ExtPoint name=\"no id\"/><Group><ExtPoint id=\"nested\"/></Group></ExtPointSet>"
+            "<ExtData id=\"under.root\" plugin=\"a\" extPlugin=\"a\"/>"
+            "<ExtDataSet><ExtData id=\"d1\" plugin=\"a\" extPlugin=\"b\"/><ExtData id=\"d\" plugin=\"a\"/></ExtDataSet>"
+            "<extpointset><ExtPoint id=\"lower\"/></extpointset>"
+            "<ExtDataSet><ExtData id=\"d2\" plugin=\" a\" extPlugin=\"b \"/></ExtDataSet></PLUGIN>");
     ExtensionFileParseTask task(path, nullptr);
     QSignalSpy found(&task, &ExtensionFileParseTask::extensionFound);
     task.run();
@@ -369,7 +396,8 @@ void tst_ExtensionStore::outerStructureOnly()
     QCOMPARE(plugin.symbolic, QString("a"));
     QCOMPARE(plugin.points.size(), 1);
     const ExtType::Point point = plugin.points.first();
-    QCOMPARE(QStringList({point.id, point.name, point.plugin, point.description}), QStringList({"p1", "Name", "a", "D"}));
+    QCOMPARE(QStringList({point.id, point.name, point.plugin, point.description}),
+             QStringList({"p1", "Name", "a", "D"}));
     QDomDocument text;
     QVERIFY(text.setContent(point.data));
     QCOMPARE(text.documentElement().firstChildElement("Sub").attribute("k"), QString("v"));
@@ -395,7 +423,8 @@ void tst_ExtensionStore::brokenFiles()
     QString big = "<Plugin id=\"big\"><ExtDataSet>";
     for (int i = 0; i < 20000; ++i)
         big += QString("<ExtData id=\"p%1\" plugin=\"big\" extPlugin=\"big\"><Item text=\"%2\"/></ExtData>\n")
-                   .arg(i).arg(QString(120, QLatin1Char('x')));
+                       .arg(i)
+                       .arg(QString(120, QLatin1Char('x')));
     big += "</ExtDataSet></Plugin>";
     QVERIFY(big.size() > 3000000);
     const QString bigPath = writeExtension("big", big.left(big.size() / 2));
@@ -440,7 +469,10 @@ void tst_ExtensionStore::unusableStore()
             store.setActivePlugins({"p"});
             QCOMPARE(store.extensionTexts("p", "pt"), QStringList({"<ExtData/>"}));
         }
-        QCOMPARE(logged("[Error] > ExtensionStorage: Cannot find the data storage path: \"" + temp.filePath("blocker/config")).size(), 1);
+        QCOMPARE(logged("[Error] > ExtensionStorage: Cannot find the data storage path: \""
+                        + temp.filePath("blocker/config"))
+                         .size(),
+                 1);
         QCOMPARE(count("tbl_extdata", QString(), temp.filePath("extension.dat")), 1);
     }
     {
@@ -485,7 +517,10 @@ void tst_ExtensionStore::readOnlyStore()
     }
     QVERIFY(QFile::setPermissions(storePath(), QFile::ReadOwner | QFile::ReadGroup | QFile::ReadOther));
 #if defined(Q_OS_LINUX)
-    struct Restore { ~Restore() { setDacOverride(true); } } restore;
+    struct Restore
+    {
+        ~Restore() { setDacOverride(true); }
+    } restore;
     if (geteuid() == 0)
         setDacOverride(false);
     const int fd = ::open(QFile::encodeName(storePath()).constData(), O_RDWR);

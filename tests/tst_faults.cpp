@@ -104,7 +104,8 @@ void deployExtensionPlugins()
     deployPlugin(QStringLiteral("chain.a"));
     deployPlugin(QStringLiteral("ext.host"));
     const QString supplier = deployPlugin(QStringLiteral("ext.supplier"));
-    QFile::copy(QFileInfo(builtPlugin(QStringLiteral("ext.supplier"))).absolutePath() + QStringLiteral("/extension.xml"),
+    QFile::copy(QFileInfo(builtPlugin(QStringLiteral("ext.supplier"))).absolutePath()
+                        + QStringLiteral("/extension.xml"),
                 QFileInfo(supplier).absolutePath() + QStringLiteral("/extension.xml"));
 }
 
@@ -180,8 +181,14 @@ struct StoreReader
 };
 
 // The extension files of the kill test: gen.N with a known number of rows.
-int pointsOf(int n) { return n % 4 + 1; }
-int dataOf(int n) { return (n % 6 + 1) * 8; }
+int pointsOf(int n)
+{
+    return n % 4 + 1;
+}
+int dataOf(int n)
+{
+    return (n % 6 + 1) * 8;
+}
 const int GeneratedFiles = 40;
 
 void writeGeneratedExtensions()
@@ -189,12 +196,13 @@ void writeGeneratedExtensions()
     for (int n = 0; n < GeneratedFiles; ++n) {
         QByteArray xml = "<Plugin id=\"gen." + QByteArray::number(n) + "\"><ExtPointSet>";
         for (int p = 0; p < pointsOf(n); ++p)
-            xml += "<ExtPoint id=\"gen." + QByteArray::number(n) + ".point." + QByteArray::number(p) + "\" name=\"P\"/>";
+            xml += "<ExtPoint id=\"gen." + QByteArray::number(n) + ".point." + QByteArray::number(p)
+                   + "\" name=\"P\"/>";
         xml += "</ExtPointSet><ExtDataSet>";
         for (int d = 0; d < dataOf(n); ++d)
             xml += "<ExtData id=\"gen.point\" plugin=\"gen." + QByteArray::number(n)
-                + "\" extPlugin=\"nobody\"><Item id=\"" + QByteArray::number(d) + "\" text=\"" + QByteArray(200, 'x')
-                + "\"/></ExtData>";
+                   + "\" extPlugin=\"nobody\"><Item id=\"" + QByteArray::number(d) + "\" text=\"" + QByteArray(200, 'x')
+                   + "\"/></ExtData>";
         xml += "</ExtDataSet></Plugin>";
         writeFile(pluginsDir() + QStringLiteral("/gen_%1/extension.xml").arg(n, 2, 10, QLatin1Char('0')), xml);
     }
@@ -233,7 +241,7 @@ HostRun runHost(const QStringList &arguments, const std::function<void()> &while
 QByteArray nestedXml(int depth)
 {
     return "<Plugin id=\"deep\"><ExtDataSet>" + QByteArray("<ExtData>").repeated(depth)
-        + QByteArray("</ExtData>").repeated(depth) + "</ExtDataSet></Plugin>";
+           + QByteArray("</ExtData>").repeated(depth) + "</ExtDataSet></Plugin>";
 }
 
 } // namespace
@@ -272,6 +280,8 @@ private slots:
     void faultMatrix();
 };
 
+// Data tables keep their hand-made alignment.
+// clang-format off
 void tst_Faults::unusableStoreIsMovedAside_data()
 {
     QTest::addColumn<QString>("kind");
@@ -286,6 +296,7 @@ void tst_Faults::unusableStoreIsMovedAside_data()
     QTest::newRow("zero-length") << "empty" << false << "";
     QTest::newRow("database without tables") << "no-tables" << false << "";
 }
+// clang-format on
 
 void tst_Faults::unusableStoreIsMovedAside()
 {
@@ -307,12 +318,12 @@ void tst_Faults::unusableStoreIsMovedAside()
         StoreReader other(store);
         QVERIFY2(other.open, qPrintable(other.error));
         const QString plugColumns = kind == QLatin1String("no-column")
-                                        ? QStringLiteral("plug_id, plug_symbolic, plug_filepath")
-                                        : QStringLiteral("plug_id, plug_symbolic, plug_filepath, plug_md5");
+                                            ? QStringLiteral("plug_id, plug_symbolic, plug_filepath")
+                                            : QStringLiteral("plug_id, plug_symbolic, plug_filepath, plug_md5");
         const QStringList statements = {
-            QStringLiteral("PRAGMA user_version = 7"), // written to the file even without a table
-            QStringLiteral("CREATE TABLE tbl_plugin (%1)").arg(plugColumns),
-            QStringLiteral("CREATE TABLE tbl_extdata (ed_id, ed_point, ed_plugin, ed_extPlugin, ed_data)"),
+                QStringLiteral("PRAGMA user_version = 7"), // written to the file even without a table
+                QStringLiteral("CREATE TABLE tbl_plugin (%1)").arg(plugColumns),
+                QStringLiteral("CREATE TABLE tbl_extdata (ed_id, ed_point, ed_plugin, ed_extPlugin, ed_data)"),
         };
         const int used = kind == QLatin1String("no-tables") ? 1 : kind == QLatin1String("no-table") ? 2 : 3;
         for (const QString &sql : statements.mid(0, used))
@@ -340,7 +351,9 @@ void tst_Faults::unusableStoreIsMovedAside()
         return;
     }
     QCOMPARE(aside.size(), 1);
-    QVERIFY2(QRegularExpression(QStringLiteral("^extension\\.dat\\.corrupt-\\d{8}T\\d{6}Z$")).match(aside.first()).hasMatch(),
+    QVERIFY2(QRegularExpression(QStringLiteral("^extension\\.dat\\.corrupt-\\d{8}T\\d{6}Z$"))
+                     .match(aside.first())
+                     .hasMatch(),
              qPrintable(aside.first()));
     // Kept as it was, for whoever wants to look at it.
     QCOMPARE(fileHash(config + QLatin1Char('/') + aside.first()), before);
@@ -519,13 +532,20 @@ void tst_Faults::storeSurvivesKillWhileWriting()
         int complete = 0;
         for (int n = 0; n < GeneratedFiles; ++n) {
             const QString symbolic = QStringLiteral("gen.%1").arg(n);
-            const int rows = reader.count(QStringLiteral("SELECT count(*) FROM tbl_plugin WHERE plug_symbolic = '%1'").arg(symbolic));
-            const int points = reader.count(QStringLiteral("SELECT count(*) FROM tbl_extpoint WHERE ep_plugin = '%1'").arg(symbolic));
-            const int data = reader.count(QStringLiteral("SELECT count(*) FROM tbl_extdata WHERE ed_plugin = '%1'").arg(symbolic));
+            const int rows = reader.count(
+                    QStringLiteral("SELECT count(*) FROM tbl_plugin WHERE plug_symbolic = '%1'").arg(symbolic));
+            const int points = reader.count(
+                    QStringLiteral("SELECT count(*) FROM tbl_extpoint WHERE ep_plugin = '%1'").arg(symbolic));
+            const int data = reader.count(
+                    QStringLiteral("SELECT count(*) FROM tbl_extdata WHERE ed_plugin = '%1'").arg(symbolic));
             QVERIFY2(rows == 0 || rows == 1, qPrintable(symbolic));
             QVERIFY2(points == rows * pointsOf(n) && data == rows * dataOf(n),
-                     qPrintable(QStringLiteral("run %1, %2: %3 rows, %4 points, %5 data").arg(run).arg(symbolic)
-                                    .arg(rows).arg(points).arg(data)));
+                     qPrintable(QStringLiteral("run %1, %2: %3 rows, %4 points, %5 data")
+                                        .arg(run)
+                                        .arg(symbolic)
+                                        .arg(rows)
+                                        .arg(points)
+                                        .arg(data)));
             QCOMPARE(recorded.value(symbolic), rows == 1);
             complete += rows;
         }
@@ -550,13 +570,16 @@ void tst_Faults::scanOfHugeDirectoryWithLinkLoops()
     deployPlugin(QStringLiteral("chain.b"), QStringLiteral("d06666_b"));
     deployPlugin(QStringLiteral("chain.c"), QStringLiteral("d09999_c"));
     const auto link = [](const QString &target, const QString &name) {
-        return ::symlink(QFile::encodeName(target).constData(), QFile::encodeName(pluginsDir() + name).constData()) == 0;
+        return ::symlink(QFile::encodeName(target).constData(), QFile::encodeName(pluginsDir() + name).constData())
+               == 0;
     };
-    QVERIFY(link(QStringLiteral("."), QStringLiteral("/loop")));                 // the directory itself
-    QVERIFY(link(QStringLiteral("d03333_a"), QStringLiteral("/link_to_a")));     // a second way to a plug-in
-    QVERIFY(link(QStringLiteral(".."), QStringLiteral("/d06666_b/up")));         // back up, from inside
-    QVERIFY(link(QStringLiteral("self" ES_TEST_LIBRARY_SUFFIX), QStringLiteral("/d09999_c/self" ES_TEST_LIBRARY_SUFFIX))); // a link to itself
-    QVERIFY(link(QStringLiteral("../d03333_a/chain.a" ES_TEST_LIBRARY_SUFFIX), QStringLiteral("/d09998/copy" ES_TEST_LIBRARY_SUFFIX)));
+    QVERIFY(link(QStringLiteral("."), QStringLiteral("/loop"))); // the directory itself
+    QVERIFY(link(QStringLiteral("d03333_a"), QStringLiteral("/link_to_a"))); // a second way to a plug-in
+    QVERIFY(link(QStringLiteral(".."), QStringLiteral("/d06666_b/up"))); // back up, from inside
+    QVERIFY(link(QStringLiteral("self" ES_TEST_LIBRARY_SUFFIX),
+                 QStringLiteral("/d09999_c/self" ES_TEST_LIBRARY_SUFFIX))); // a link to itself
+    QVERIFY(link(QStringLiteral("../d03333_a/chain.a" ES_TEST_LIBRARY_SUFFIX),
+                 QStringLiteral("/d09998/copy" ES_TEST_LIBRARY_SUFFIX)));
 
     PluginFramework framework;
     auto *manager = framework.findChild<PluginManager *>();
@@ -588,8 +611,8 @@ void tst_Faults::scanOfHugeDirectoryWithLinkLoops()
     framework.stop();
 }
 
-
-
+// Data tables keep their hand-made alignment.
+// clang-format off
 void tst_Faults::faultMatrix_data()
 {
     QTest::addColumn<QString>("store");
@@ -597,6 +620,7 @@ void tst_Faults::faultMatrix_data()
     QTest::newRow("read-only extension.dat") << "read-only";
     QTest::newRow("locked extension.dat") << "locked";
 }
+// clang-format on
 
 // A good chain of plug-ins beside one of every kind of bad file a host can be
 // handed, run by a separate host process that must end normally.
@@ -622,8 +646,9 @@ void tst_Faults::faultMatrix()
 
     const QString config = configDirOf(QStringLiteral("faulthelper"));
     const QString storePath = config + QStringLiteral("/extension.dat");
-    const QStringList names = {"unresolved.function", "unresolved.data", "garbage", "not.qtplugin", "not.activator",
-                               "no.metadata", "meta.empty", "meta.binary", "meta.nosymbolic", "no.dependency"};
+    const QStringList names = {"unresolved.function", "unresolved.data", "garbage",    "not.qtplugin",
+                               "not.activator",       "no.metadata",     "meta.empty", "meta.binary",
+                               "meta.nosymbolic",     "no.dependency"};
     QStringList arguments = names;
     std::function<void()> whileStarting;
     QProcess locker;
@@ -673,18 +698,26 @@ void tst_Faults::faultMatrix()
     for (const QString &line : problems)
         reasons.insert(line.section(QLatin1Char(' '), 0, 0), line.section(QLatin1Char(' '), 1, 1).toInt());
     const QList<QPair<const char *, PluginProblem::Reason>> expected = {
-        {"unresolved.function", PluginProblem::LoadFailed}, {"unresolved.data", PluginProblem::LoadFailed},
-        {"garbage", PluginProblem::LoadFailed},             {"not.qtplugin", PluginProblem::LoadFailed},
-        {"not.activator", PluginProblem::NoActivator},      {"no.metadata", PluginProblem::NoMetaFile},
-        {"meta.empty", PluginProblem::InvalidMetaFile},     {"meta.binary", PluginProblem::InvalidMetaFile},
-        {"meta.nosymbolic", PluginProblem::InvalidMetaFile}, {"no.dependency", PluginProblem::NoDependencyLine},
+            {"unresolved.function", PluginProblem::LoadFailed},
+            {"unresolved.data", PluginProblem::LoadFailed},
+            {"garbage", PluginProblem::LoadFailed},
+            {"not.qtplugin", PluginProblem::LoadFailed},
+            {"not.activator", PluginProblem::NoActivator},
+            {"no.metadata", PluginProblem::NoMetaFile},
+            {"meta.empty", PluginProblem::InvalidMetaFile},
+            {"meta.binary", PluginProblem::InvalidMetaFile},
+            {"meta.nosymbolic", PluginProblem::InvalidMetaFile},
+            {"no.dependency", PluginProblem::NoDependencyLine},
     };
     for (const auto &entry : expected) {
-        QVERIFY2(reasons.values(QLatin1String(entry.first)) == QList<int>{entry.second},
-                 qPrintable(QStringLiteral("%1\n%2").arg(QLatin1String(entry.first), problems.join(QLatin1Char('\n')))));
+        QVERIFY2(
+                reasons.values(QLatin1String(entry.first)) == QList<int>{entry.second},
+                qPrintable(QStringLiteral("%1\n%2").arg(QLatin1String(entry.first), problems.join(QLatin1Char('\n')))));
     }
     QVERIFY(problems.filter(QStringLiteral("unresolved.function 2 library fails to load:"))
-                .filter(QStringLiteral("es_function_that_no_library_defines")).size() == 1);
+                    .filter(QStringLiteral("es_function_that_no_library_defines"))
+                    .size()
+            == 1);
 
     // The store ends usable: the supplier's rows are in it. Only the corrupt one was moved aside.
     const QStringList aside = QDir(config).entryList({QStringLiteral("extension.dat.corrupt-*")}, QDir::Files);

@@ -41,8 +41,8 @@ void tst_FuzzInputs::replay_data()
         for (const QString &root : {QStringLiteral(ES_FUZZ_CORPUS_DIR), QStringLiteral(ES_TEST_DATA_DIR "/fuzz")}) {
             const QDir dir(root + QLatin1Char('/') + QLatin1String(target));
             for (const QFileInfo &file : dir.entryInfoList(QDir::Files, QDir::Name)) {
-                QTest::addRow("%s/%s", target, qPrintable(file.fileName())) << QString::fromLatin1(target)
-                                                                            << file.absoluteFilePath();
+                QTest::addRow("%s/%s", target, qPrintable(file.fileName()))
+                        << QString::fromLatin1(target) << file.absoluteFilePath();
                 ++perTarget;
             }
         }
@@ -58,10 +58,10 @@ void tst_FuzzInputs::replay()
     QFETCH(QString, target);
     QFETCH(QString, file);
     static const QHash<QString, Harness> harnesses{
-        {QStringLiteral("metadata"), FuzzHarness::metaData},
-        {QStringLiteral("version"), FuzzHarness::version},
-        {QStringLiteral("extensionfile"), FuzzHarness::extensionFile},
-        {QStringLiteral("objecttree"), FuzzHarness::objectTree},
+            {QStringLiteral("metadata"), FuzzHarness::metaData},
+            {QStringLiteral("version"), FuzzHarness::version},
+            {QStringLiteral("extensionfile"), FuzzHarness::extensionFile},
+            {QStringLiteral("objecttree"), FuzzHarness::objectTree},
     };
     QFile input(file);
     QVERIFY(input.open(QIODevice::ReadOnly));

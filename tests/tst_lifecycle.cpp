@@ -44,11 +44,11 @@ struct PluginEventRecorder : IPluginListener
     void pluginChanged(const PluginEvent &event) override
     {
         events << QStringLiteral("%1 %2>%3 %4/%5")
-                      .arg(event.symbolic())
-                      .arg(event.prevAction())
-                      .arg(event.action())
-                      .arg(event.initIndex())
-                      .arg(event.pluginSize());
+                          .arg(event.symbolic())
+                          .arg(event.prevAction())
+                          .arg(event.action())
+                          .arg(event.initIndex())
+                          .arg(event.pluginSize());
     }
     QStringList events;
 };
@@ -103,8 +103,8 @@ void tst_Lifecycle::dependencyChain()
     framework.init();
     QCOMPARE(framework.state(), int(PluginFramework::FrameworkInitialized));
     // A resolves at once and pulls b, then c, in behind it; its own 1>2 comes last.
-    QCOMPARE(recorder.events, QStringList({"chain.c 1>2 1/3", "chain.b 1>2 2/3", "chain.a 2>4 3/3",
-                                           "chain.b 2>4 3/3", "chain.c 2>4 3/3", "chain.a 1>2 3/3"}));
+    QCOMPARE(recorder.events, QStringList({"chain.c 1>2 1/3", "chain.b 1>2 2/3", "chain.a 2>4 3/3", "chain.b 2>4 3/3",
+                                           "chain.c 2>4 3/3", "chain.a 1>2 3/3"}));
     QCOMPARE(forwarded.count(), recorder.events.size());
     QCOMPARE(manager->loadQueue(), QStringList({"chain.a", "chain.b", "chain.c"}));
     QCOMPARE(queueSpy.count(), 1);
@@ -393,8 +393,7 @@ void tst_Lifecycle::pluginContextOperations()
     clearPluginLog();
     context->stopPlugin();
     QCOMPARE(pluginLog(), QStringList({"stop:chain.b", "stop:chain.a"}));
-    QCOMPARE(receiver.received,
-             QStringList({"chain.b", "chain.b", "chain.a", "chain.a"}));
+    QCOMPARE(receiver.received, QStringList({"chain.b", "chain.b", "chain.a", "chain.a"}));
     context->untrackEvent(&receiver, nullptr);
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     // startPlugin has no such default: an empty name is not installed.

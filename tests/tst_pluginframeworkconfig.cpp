@@ -108,12 +108,12 @@ void tst_PluginFrameworkConfig::startupPolicyOnDisk()
 void tst_PluginFrameworkConfig::handWrittenPolicies()
 {
     QVERIFY(writeIni("[Plugin]\n"
-             "capital=Enable\n"
-             "spaced=\"  enable  \"\n"
-             "lower=enable\n"
-             "off=DISABLE\n"
-             "undef=undefine\n"
-             "bogus=maybe\n"));
+                     "capital=Enable\n"
+                     "spaced=\"  enable  \"\n"
+                     "lower=enable\n"
+                     "off=DISABLE\n"
+                     "undef=undefine\n"
+                     "bogus=maybe\n"));
     PluginFrameworkConfig config(nullptr);
     using P = PluginFrameworkConfig;
 
@@ -127,11 +127,13 @@ void tst_PluginFrameworkConfig::handWrittenPolicies()
     QCOMPARE(config.pluginStartupPolicy("Lower"), P::PolicyUndefine);
 
     // ... the lists take the text exactly, and list only plug-ins that have a line.
-    auto sorted = [](QStringList list) { list.sort(); return list; };
+    auto sorted = [](QStringList list) {
+        list.sort();
+        return list;
+    };
     QCOMPARE(sorted(config.pluginList(P::PolicyEnable)), QStringList({"lower"}));
     QVERIFY(config.pluginList(P::PolicyDisable).isEmpty());
-    QCOMPARE(sorted(config.pluginList(P::PolicyUndefine)),
-             QStringList({"bogus", "capital", "off", "spaced", "undef"}));
+    QCOMPARE(sorted(config.pluginList(P::PolicyUndefine)), QStringList({"bogus", "capital", "off", "spaced", "undef"}));
 }
 
 QTEST_GUILESS_MAIN(tst_PluginFrameworkConfig)

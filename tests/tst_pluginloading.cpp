@@ -82,7 +82,8 @@ void tst_PluginLoading::unresolvablePlugins()
     QCOMPARE(version.first().providedVersion(), QStringLiteral("1.0.0"));
     QCOMPARE(version.first().providedCompatVersion(), QStringLiteral("1.0.0"));
     QCOMPARE(version.first().text(),
-             QStringLiteral("incompatible version: needs chain.a 2.0.0 but chain.a is 1.0.0 (compatible back to 1.0.0)"));
+             QStringLiteral(
+                     "incompatible version: needs chain.a 2.0.0 but chain.a is 1.0.0 (compatible back to 1.0.0)"));
     QCOMPARE(manager->problems(QStringLiteral("no.dependency")).value(0).reason(), PluginProblem::NoDependencyLine);
 }
 
@@ -154,7 +155,8 @@ void tst_PluginLoading::unloadableAndNamelessLibrariesNeverStart()
     const QList<PluginProblem> invalid = manager->problems(QStringLiteral("meta.nosymbolic"));
     QCOMPARE(invalid.size(), 1);
     QCOMPARE(invalid.first().reason(), PluginProblem::InvalidMetaFile);
-    QCOMPARE(invalid.first().text(), QStringLiteral("META.INF at :/meta.nosymbolic/META-DATA/META.INF names no symbolic"));
+    QCOMPARE(invalid.first().text(),
+             QStringLiteral("META.INF at :/meta.nosymbolic/META-DATA/META.INF names no symbolic"));
 }
 
 void tst_PluginLoading::problemsNameTheReasonAndWhatItConcerns()
@@ -237,8 +239,7 @@ void tst_PluginLoading::brokenLibraries()
     Plugin *noMeta = manager->find(QString());
     QVERIFY(noMeta);
     QCOMPARE(noMeta->error(), 1);
-    QCOMPARE(noMeta->errorString(),
-             QStringLiteral("Cannot open the meta file: :/no.metadata/META-DATA/META.INF"));
+    QCOMPARE(noMeta->errorString(), QStringLiteral("Cannot open the meta file: :/no.metadata/META-DATA/META.INF"));
     QCOMPARE(noMeta->state(), int(PluginInfo::Installed));
 
     // A second file with a known name is refused and the first one stays.
@@ -300,7 +301,7 @@ void tst_PluginLoading::translationLoadedBesideThePlugin()
 {
     const QString file = deployPlugin(QStringLiteral("translated"));
     writeFile(QFileInfo(file).absolutePath() + QStringLiteral("/languages/") + QLocale::system().name()
-                  + QStringLiteral(".qm"),
+                      + QStringLiteral(".qm"),
               makeTranslation("TestActivator", "hello", QStringLiteral("hallo")));
     deployPlugin(QStringLiteral("chain.a")); // has no translation: starts normally
 

@@ -57,6 +57,8 @@ private:
     int m_files = 0;
 };
 
+// Data tables keep their hand-made alignment.
+// clang-format off
 void tst_PluginMetaData::reading_data()
 {
     QTest::addColumn<QByteArray>("content");
@@ -83,6 +85,7 @@ void tst_PluginMetaData::reading_data()
     QTest::newRow("utf-8 value") << QByteArray("symbolic: caf\xc3\xa9\n") << QString::fromUtf8("caf\xc3\xa9")
                                  << "" << false;
 }
+// clang-format on
 
 void tst_PluginMetaData::reading()
 {
@@ -97,8 +100,8 @@ void tst_PluginMetaData::reading()
     QCOMPARE(meta->isEager(), eager);
     QCOMPARE(meta->isValid(), !symbolic.isEmpty());
     QCOMPARE(meta->error(), symbolic.isEmpty() ? 2 : 0);
-    QCOMPARE(meta->errorString(), symbolic.isEmpty()
-             ? "The meta file format invalid: " + meta->filepath() : QString("No Error"));
+    QCOMPARE(meta->errorString(),
+             symbolic.isEmpty() ? "The meta file format invalid: " + meta->filepath() : QString("No Error"));
 }
 
 void tst_PluginMetaData::propertiesAreExact()
@@ -125,6 +128,8 @@ void tst_PluginMetaData::propertiesAreExact()
     QCOMPARE(meta->symbolic(), QString("core.db"));
 }
 
+// Data tables keep their hand-made alignment.
+// clang-format off
 void tst_PluginMetaData::dependencyLines_data()
 {
     QTest::addColumn<QByteArray>("lines");
@@ -144,6 +149,7 @@ void tst_PluginMetaData::dependencyLines_data()
     QTest::newRow("blank line after entries") << QByteArray("dependency: a,1\ndependency:\n")
                                               << QStringList{"a=1"} << false;
 }
+// clang-format on
 
 void tst_PluginMetaData::dependencyLines()
 {
@@ -185,7 +191,8 @@ void tst_PluginMetaData::dependencyResolution()
 void tst_PluginMetaData::badFiles()
 {
     const QString missing = m_dir.filePath("missing/META.INF");
-    QTest::ignoreMessage(QtDebugMsg, QRegularExpression("^\\[ERROR\\] > Cannot open the meta file: .*missing/META.INF"));
+    QTest::ignoreMessage(QtDebugMsg,
+                         QRegularExpression("^\\[ERROR\\] > Cannot open the meta file: .*missing/META.INF"));
     PluginMetaData none(missing);
     QCOMPARE(none.error(), 1);
     QCOMPARE(none.errorString(), "Cannot open the meta file: " + missing);
@@ -219,6 +226,8 @@ void tst_PluginMetaData::badFiles()
     QCOMPARE(large->describe().size(), 2 << 20);
 }
 
+// Data tables keep their hand-made alignment.
+// clang-format off
 void tst_PluginMetaData::checkCompatible_data()
 {
     QTest::addColumn<QString>("needed");
@@ -252,6 +261,7 @@ void tst_PluginMetaData::checkCompatible_data()
     QTest::newRow("major 37, minor counts") << "37.2.0" << "core" << "37.1.9" << "" << false;
     QTest::newRow("major 37, patch counts") << "37.1.5" << "core" << "37.1.6" << "37" << true;
 }
+// clang-format on
 
 void tst_PluginMetaData::checkCompatible()
 {
@@ -334,11 +344,11 @@ void tst_PluginMetaData::pluginInfo()
     QCOMPARE(info.filepath(), QString("/p/core.db.so"));
     QCOMPARE(info.startupPolicy(), -1);
     QCOMPARE(info.version() + info.compatVersion(), QString("2.1.02.0.0"));
-    QCOMPARE(QStringList({info.category(), info.company(), info.copyright(), info.license(),
-                          info.website(), info.description()}),
+    QCOMPARE(QStringList({info.category(), info.company(), info.copyright(), info.license(), info.website(),
+                          info.description()}),
              QStringList({"storage", "ACME", "(c)", "free", "w", "database access"}));
 
-    const QMap<QString, QPair<QString, bool> > deps = info.dependency();
+    const QMap<QString, QPair<QString, bool>> deps = info.dependency();
     QCOMPARE(deps.keys(), QStringList({"Beta", "alpha", "zeta"})); // as written, not lower-cased
     QCOMPARE(deps.value("alpha"), qMakePair(QString("2"), true));
     QCOMPARE(deps.value("Beta"), qMakePair(QString(""), false));

@@ -34,7 +34,8 @@ struct Listener : IPluginListener
 {
     void pluginChanged(const PluginEvent &event) override
     {
-        const QString entry = QStringLiteral("%1:%2->%3").arg(event.symbolic()).arg(event.prevAction()).arg(event.action());
+        const QString entry =
+                QStringLiteral("%1:%2->%3").arg(event.symbolic()).arg(event.prevAction()).arg(event.action());
         events << entry;
         if (entry == trigger && action) {
             const auto run = std::move(action);
@@ -49,7 +50,8 @@ struct Listener : IPluginListener
 
 QStringList transitions(const QString &name, const QStringList &events)
 {
-    return events.filter(QRegularExpression(QStringLiteral("^") + QRegularExpression::escape(name) + QStringLiteral(":")));
+    return events.filter(
+            QRegularExpression(QStringLiteral("^") + QRegularExpression::escape(name) + QStringLiteral(":")));
 }
 
 class RelayHandler : public ExtensionHandler
@@ -71,12 +73,9 @@ public:
         appendLog(QStringLiteral("relay:end:%1").arg(result));
         return 5;
     }
-    void dataChanged(const QString &, const QVariant &) override {}
+    void dataChanged(const QString &, const QVariant &) override { }
 
-    static void appendLog(const QString &entry)
-    {
-        qApp->setProperty("es.test.log", pluginLog() << entry);
-    }
+    static void appendLog(const QString &entry) { qApp->setProperty("es.test.log", pluginLog() << entry); }
 
     ExtensionData *target = nullptr;
     int reenter = 0;
@@ -129,7 +128,8 @@ void tst_Reentrancy::listenerUninstallsDuringDelivery()
                               "chain.c:32->16", "chain.c:16->4", "chain.b:32->16", "chain.b:16->4", "chain.c:8->32"}));
         QCOMPARE(uninstaller.events.mid(uninstaller.events.indexOf("chain.c:8->32")),
                  QStringList({"chain.c:8->32", "chain.c:32->16", "chain.c:16->4", "chain.b:32->16", "chain.b:16->4"}));
-        QCOMPARE(pluginLog(), QStringList({"start:chain.a", "start:chain.b", "start:chain.c", "stop:chain.c", "stop:chain.b"}));
+        QCOMPARE(pluginLog(),
+                 QStringList({"start:chain.a", "start:chain.b", "start:chain.c", "stop:chain.c", "stop:chain.b"}));
         QVERIFY(!manager->find(QStringLiteral("chain.b")));
         QCOMPARE(manager->find(QStringLiteral("chain.c"))->state(), int(PluginInfo::Resolved));
         QCOMPARE(errors.count(), 0);
@@ -200,9 +200,8 @@ void tst_Reentrancy::pluginsStartPluginsFromStart()
     // starter.self asks for itself and starter.ping for starter.pong, which asks
     // for starter.ping again: a plug-in in Starting is refused, and nothing loops.
     QCOMPARE(recorder.events,
-             QStringList({"chain.a:4->8", "chain.a:8->32",
-                          "starter:4->8", "chain.b:4->8", "chain.b:8->32", "chain.c:4->8", "chain.c:8->32", "starter:8->32",
-                          "starter.self:4->8", "starter.self:8->32",
+             QStringList({"chain.a:4->8", "chain.a:8->32", "starter:4->8", "chain.b:4->8", "chain.b:8->32",
+                          "chain.c:4->8", "chain.c:8->32", "starter:8->32", "starter.self:4->8", "starter.self:8->32",
                           "starter.ping:4->8", "starter.pong:4->8", "starter.pong:8->32", "starter.ping:8->32"}));
     QCOMPARE(pluginLog(), QStringList({"start:chain.a", "start:starter", "start:chain.b", "start:chain.c",
                                        "start:starter.self", "start:starter.ping", "start:starter.pong"}));
@@ -230,7 +229,8 @@ void tst_Reentrancy::handlerUsesAnotherExtension()
 {
     deployPlugin(QStringLiteral("ext.host"));
     const QString supplier = deployPlugin(QStringLiteral("ext.supplier"));
-    QFile::copy(QFileInfo(builtPlugin(QStringLiteral("ext.supplier"))).absolutePath() + QStringLiteral("/extension.xml"),
+    QFile::copy(QFileInfo(builtPlugin(QStringLiteral("ext.supplier"))).absolutePath()
+                        + QStringLiteral("/extension.xml"),
                 QFileInfo(supplier).absolutePath() + QStringLiteral("/extension.xml"));
 
     PluginFramework framework;
@@ -242,9 +242,10 @@ void tst_Reentrancy::handlerUsesAnotherExtension()
     ExtensionPoint *point = admin->findExtensionPoint(QStringLiteral("test.point"));
     QVERIFY(point);
     QTRY_VERIFY(point->extensionData(QStringLiteral("supplier.action")));
-    point->updateExtensionText({QStringLiteral("<ExtData plugin=\"tst\" extPlugin=\"ext.host\"><Item id=\"relay\"/>"
-                                               "<Item id=\"orphan.user\"/></ExtData>"),
-                                QStringLiteral("<ExtData plugin=\"nobody\" extPlugin=\"ext.host\"><Item id=\"orphan\"/></ExtData>")});
+    point->updateExtensionText(
+            {QStringLiteral("<ExtData plugin=\"tst\" extPlugin=\"ext.host\"><Item id=\"relay\"/>"
+                            "<Item id=\"orphan.user\"/></ExtData>"),
+             QStringLiteral("<ExtData plugin=\"nobody\" extPlugin=\"ext.host\"><Item id=\"orphan\"/></ExtData>")});
     ExtensionData *relay = point->extensionData(QStringLiteral("relay"));
     ExtensionData *supplied = point->extensionData(QStringLiteral("supplier.action"));
     QVERIFY(relay && supplied);
@@ -260,9 +261,9 @@ void tst_Reentrancy::handlerUsesAnotherExtension()
     // The supplier starts from inside the relay's call, its handler takes the
     // stored call, and the relay goes on; then it uses its own item once more.
     QCOMPARE(relay->active(), 5);
-    QCOMPARE(pluginLog(), QStringList({"relay:begin", "start:ext.supplier", "active:supplier.action:from-relay",
-                                       "relay:begin", "active:supplier.action:from-relay", "relay:end:7",
-                                       "relay:end:0"}));
+    QCOMPARE(pluginLog(),
+             QStringList({"relay:begin", "start:ext.supplier", "active:supplier.action:from-relay", "relay:begin",
+                          "active:supplier.action:from-relay", "relay:end:7", "relay:end:0"}));
     QCOMPARE(manager->find(QStringLiteral("ext.supplier"))->state(), int(PluginInfo::Active));
 
     // A handler that reaches for an extension whose plug-in nobody installed: the

@@ -65,10 +65,7 @@ struct Registry
     {
         return manager->findServiceReferences(clazz, filter);
     }
-    ServiceManagerPrivate *tables() const
-    {
-        return static_cast<ServiceManagerPrivate *>(QObjectPrivate::get(manager));
-    }
+    ServiceManagerPrivate *tables() const { return static_cast<ServiceManagerPrivate *>(QObjectPrivate::get(manager)); }
 
     ServiceEventRecorder recorder; // outlives the framework, which publishes while it stops
     PluginFramework framework;
@@ -136,8 +133,8 @@ void tst_Services::handlesShareOneRecord()
     QCOMPARE(ServiceRegistrationPrivate::get(failed)->ref.loadRelaxed(), 0);
 
     QObject object;
-    const ServiceProperty property(QStringLiteral("owner"), {QStringLiteral("QObject")}, 7, QStringLiteral("7"),
-                                   false, {{PluginConstance::SERVICE_RANKING, 2}});
+    const ServiceProperty property(QStringLiteral("owner"), {QStringLiteral("QObject")}, 7, QStringLiteral("7"), false,
+                                   {{PluginConstance::SERVICE_RANKING, 2}});
     ServiceRegistration registration(nullptr, &object, property);
     ServiceRegistrationPrivate *record = ServiceRegistrationPrivate::get(registration);
     QCOMPARE(record->ref.loadRelaxed(), 1);
@@ -228,8 +225,8 @@ void tst_Services::idsOrderAndFilters()
     QSignalSpy errors(registry.manager, &ServiceManager::errorOccured);
     registry.start();
 
-    QCOMPARE(pluginLog(), QStringList({"registered X 0 0", "registered Y 1 1", "registered Z 1 1",
-                                       "registered S 1 1", "registered U 1 1"}));
+    QCOMPARE(pluginLog(), QStringList({"registered X 0 0", "registered Y 1 1", "registered Z 1 1", "registered S 1 1",
+                                       "registered U 1 1"}));
     QCOMPARE(registry.recorder.events,
              QStringList({"1 service.provider test.Alpha", "1 service.provider test.Alpha,test.Beta",
                           "1 service.provider test.Alpha,QObject", "1 service.provider test.Shared",
@@ -253,9 +250,9 @@ void tst_Services::idsOrderAndFilters()
     QCOMPARE(names(registry.find(QStringLiteral("test.Alpha"), {{vender, QStringLiteral("acme")}})), QStringList{"Y"});
     QCOMPARE(names(registry.find(QStringLiteral("test.Alpha"), {{PluginConstance::SERVICE_RANKING, 1}})),
              QStringList{"X"});
-    QCOMPARE(names(registry.find(QStringLiteral("test.Alpha"), {{PluginConstance::SERVICE_ID, 1},
-                                                                {PluginConstance::SERVICE_PLUGIN,
-                                                                 QStringLiteral("service.provider")}})),
+    QCOMPARE(names(registry.find(QStringLiteral("test.Alpha"),
+                                 {{PluginConstance::SERVICE_ID, 1},
+                                  {PluginConstance::SERVICE_PLUGIN, QStringLiteral("service.provider")}})),
              QStringList({"Z", "Y"}));
     QCOMPARE(names(registry.find(QStringLiteral("QObject"))), QStringList{"Z"});
     QVERIFY(registry.find(QString()).isEmpty());
@@ -263,8 +260,8 @@ void tst_Services::idsOrderAndFilters()
     QCOMPARE(errors.count(), 0);
 
     // The same through the provider's own context.
-    QCOMPARE(names(registry.context(QStringLiteral("service.provider"))->findServiceReferences(
-                 QStringLiteral("test.Beta"))),
+    QCOMPARE(names(registry.context(QStringLiteral("service.provider"))
+                           ->findServiceReferences(QStringLiteral("test.Beta"))),
              QStringList{"Y"});
 }
 
@@ -312,14 +309,13 @@ void tst_Services::factoriesMakeObjectsPerConsumer()
                        QStringLiteral("service.consumer.b")});
     registry.start();
     QCOMPARE(pluginLog().mid(5),
-             QStringList({"create S for service.consumer.a", "service.consumer.a get S-1",
-                          "service.consumer.a get S-1", "create U for service.consumer.a",
-                          "service.consumer.a get U-1", "create U for service.consumer.a",
-                          "service.consumer.a get U-2", "service.consumer.a get Y", "service.consumer.a unget S-1",
-                          "create S for service.consumer.a", "service.consumer.a get S-2",
-                          "create S for service.consumer.b", "service.consumer.b get S-3",
-                          "service.consumer.b get S-3", "create U for service.consumer.b",
-                          "service.consumer.b get U-3", "service.consumer.b get Y"}));
+             QStringList({"create S for service.consumer.a", "service.consumer.a get S-1", "service.consumer.a get S-1",
+                          "create U for service.consumer.a", "service.consumer.a get U-1",
+                          "create U for service.consumer.a", "service.consumer.a get U-2", "service.consumer.a get Y",
+                          "service.consumer.a unget S-1", "create S for service.consumer.a",
+                          "service.consumer.a get S-2", "create S for service.consumer.b", "service.consumer.b get S-3",
+                          "service.consumer.b get S-3", "create U for service.consumer.b", "service.consumer.b get U-3",
+                          "service.consumer.b get Y"}));
 
     Plugin *a = registry.plugin(QStringLiteral("service.consumer.a"));
     Plugin *b = registry.plugin(QStringLiteral("service.consumer.b"));
@@ -425,7 +421,7 @@ void tst_Services::badInputIsRefused()
 
     QObject loose;
     const ServiceRegistration failed =
-        registry.manager->registerService(nullptr, &loose, {QStringLiteral("QObject")}, Properties());
+            registry.manager->registerService(nullptr, &loose, {QStringLiteral("QObject")}, Properties());
     QVERIFY(bool(failed));
     QVERIFY(!failed.plugin());
     QVERIFY(!failed.serviceObject());

@@ -48,11 +48,9 @@ void tst_values::metaTypesKnownAfterConstruction()
 
     // The action travels as the enumeration and is read back as a plain int.
     QCOMPARE(plugin.data(PluginEvent::RoleAction).userType(), qMetaTypeId<PluginEvent::Action>());
-    QCOMPARE(framework.data(FrameworkEvent::RoleAction).userType(),
-             qMetaTypeId<FrameworkEvent::Action>());
+    QCOMPARE(framework.data(FrameworkEvent::RoleAction).userType(), qMetaTypeId<FrameworkEvent::Action>());
     QCOMPARE(service.data(ServiceEvent::RoleAction).userType(), qMetaTypeId<ServiceEvent::Action>());
-    QCOMPARE(extension.data(ExtensionEvent::RoleAction).userType(),
-             qMetaTypeId<ExtensionEvent::Action>());
+    QCOMPARE(extension.data(ExtensionEvent::RoleAction).userType(), qMetaTypeId<ExtensionEvent::Action>());
     QCOMPARE(plugin.action(), 2);
     QCOMPARE(framework.action(), 16);
     QCOMPARE(service.action(), 1);
@@ -76,15 +74,15 @@ void tst_values::propertyConstruction()
                          {PluginConstance::SERVICE_ISFACTORY, true},
                          {PluginConstance::SERVICE_RANKING, 5},
                          {QStringLiteral("color"), QStringLiteral("red")}};
-    const ServiceProperty p(QStringLiteral("org.example.a"), {QStringLiteral("IFoo")}, 7,
-                            QStringLiteral("7"), false, own);
+    const ServiceProperty p(QStringLiteral("org.example.a"), {QStringLiteral("IFoo")}, 7, QStringLiteral("7"), false,
+                            own);
     QCOMPARE(p.serviceId(), 7);
     QCOMPARE(p.plugin(), QStringLiteral("org.example.a"));
     QVERIFY(!p.isFactory());
     QCOMPARE(p.ranking(), 5);
     QCOMPARE(p.classList(), QStringList{QStringLiteral("IFoo")});
-    QVERIFY(p.match({{PluginConstance::SERVICE_PID, QStringLiteral("7")},
-                     {QStringLiteral("color"), QStringLiteral("red")}}));
+    QVERIFY(p.match(
+            {{PluginConstance::SERVICE_PID, QStringLiteral("7")}, {QStringLiteral("color"), QStringLiteral("red")}}));
 }
 
 void tst_values::propertyAssignmentMerges()
@@ -134,9 +132,8 @@ void tst_values::propertyMatch()
 
 void tst_values::propertyClassesAndRanking()
 {
-    const ServiceProperty p(QStringLiteral("org.example.a"),
-                            {QStringLiteral("IFoo"), QString()}, 1, QStringLiteral("1"), true,
-                            Properties());
+    const ServiceProperty p(QStringLiteral("org.example.a"), {QStringLiteral("IFoo"), QString()}, 1,
+                            QStringLiteral("1"), true, Properties());
     QVERIFY(p.containsClass(QStringLiteral("IFoo")));
     QVERIFY(!p.containsClass(QStringLiteral("ifoo")));
     QVERIFY(!p.containsClass(QString()));
@@ -165,15 +162,13 @@ void tst_values::pluginEventRoles()
     QCOMPARE(single.initIndex(), 0);
     QCOMPARE(single.pluginSize(), 0);
     QVERIFY(!single.data(PluginEvent::RoleSymbolic).isValid());
-    QVERIFY(!single.setData(PluginEvent::RolePrevAction,
-                            QVariant::fromValue(PluginEvent::Installed)));
+    QVERIFY(!single.setData(PluginEvent::RolePrevAction, QVariant::fromValue(PluginEvent::Installed)));
     QCOMPARE(single.prevAction(), 0);
     QVERIFY(single.setData(PluginEvent::RoleSymbolic, QStringLiteral("org.example.a")));
     QCOMPARE(single.symbolic(), QStringLiteral("org.example.a"));
 
     const PluginEvent full(PluginEvent::Active, PluginEvent::Starting, QStringLiteral("org.example.a"),
-                           QStringLiteral("/p/a"), QStringLiteral("/p/a/a.so"),
-                           QStringLiteral("1.2.0"), 3, 5);
+                           QStringLiteral("/p/a"), QStringLiteral("/p/a/a.so"), QStringLiteral("1.2.0"), 3, 5);
     QCOMPARE(full.data(PluginEvent::RolePrevAction).userType(), qMetaTypeId<PluginEvent::Action>());
     // A listener that reads the record by key finds each value under its own key.
     const QHash<QString, QVariant> values = full.sharedData()->data;
@@ -193,8 +188,7 @@ void tst_values::pluginEventRoles()
     QVERIFY(framework.setData(FrameworkEvent::RolePrevAction,
                               QVariant::fromValue(FrameworkEvent::FrameworkUninitialized)));
     QVERIFY(framework.data(FrameworkEvent::RolePrevAction).isValid());
-    QCOMPARE(FrameworkEvent(FrameworkEvent::FrameworkStopping, FrameworkEvent::FrameworkStarted)
-                 .prevAction(), 16);
+    QCOMPARE(FrameworkEvent(FrameworkEvent::FrameworkStopping, FrameworkEvent::FrameworkStarted).prevAction(), 16);
 }
 
 void tst_values::serviceAndExtensionEvents()
@@ -206,9 +200,8 @@ void tst_values::serviceAndExtensionEvents()
     QVERIFY(bare.setData(ServiceEvent::RolePlugin, QStringLiteral("org.example.b")));
     QCOMPARE(bare.plugin(), QStringLiteral("org.example.b"));
 
-    const ServiceProperty property(QStringLiteral("org.example.a"), {QStringLiteral("IFoo")}, 4,
-                                   QStringLiteral("4"), false,
-                                   {{PluginConstance::SERVICE_RANKING, 2}});
+    const ServiceProperty property(QStringLiteral("org.example.a"), {QStringLiteral("IFoo")}, 4, QStringLiteral("4"),
+                                   false, {{PluginConstance::SERVICE_RANKING, 2}});
     const ServiceEvent full(ServiceEvent::Registered, QStringLiteral("org.example.a"),
                             {QStringLiteral("IFoo"), QStringLiteral("IBar")}, property);
     QCOMPARE(full.action(), 1);
@@ -231,8 +224,8 @@ void tst_values::serviceAndExtensionEvents()
 
 void tst_values::setDataDetaches()
 {
-    const PluginEvent original(PluginEvent::Installed, PluginEvent::Uninstalled,
-                               QStringLiteral("a"), QString(), QString(), QString(), 1, 2);
+    const PluginEvent original(PluginEvent::Installed, PluginEvent::Uninstalled, QStringLiteral("a"), QString(),
+                               QString(), QString(), 1, 2);
     PluginEvent copy(original);
     PluginEvent assigned(PluginEvent::Active);
     assigned = original;
@@ -269,8 +262,8 @@ void tst_values::foreignRecords()
     QVERIFY(!asPlugin.setData(PluginEvent::RoleSymbolic, QStringLiteral("a")));
 
     // The record decides what the roles mean, not the class that reads it.
-    const PluginEvent plugin(PluginEvent::Active, PluginEvent::Starting, QStringLiteral("a"),
-                             QString(), QString(), QString(), 0, 0);
+    const PluginEvent plugin(PluginEvent::Active, PluginEvent::Starting, QStringLiteral("a"), QString(), QString(),
+                             QString(), 0, 0);
     const ExtensionEvent asExtension(plugin.sharedData());
     QCOMPARE(asExtension.sharedData().constData(), plugin.sharedData().constData());
     QCOMPARE(asExtension.sharedData()->type, 2);

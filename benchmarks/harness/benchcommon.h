@@ -29,7 +29,7 @@ inline double millisecondsSince(const QElapsedTimer &timer)
 // Peak resident set size of this process so far, in KiB.
 inline long peakRssKiB()
 {
-    rusage usage {};
+    rusage usage{};
     getrusage(RUSAGE_SELF, &usage);
     return usage.ru_maxrss;
 }

@@ -44,7 +44,8 @@ QString queueFile()
 int runFloor()
 {
     QFile list(queueFile());
-    bench::check(list.open(QIODevice::ReadOnly | QIODevice::Text), QStringLiteral("no queue.txt: run es --write-queue"));
+    bench::check(list.open(QIODevice::ReadOnly | QIODevice::Text),
+                 QStringLiteral("no queue.txt: run es --write-queue"));
     const QStringList paths = QString::fromUtf8(list.readAll()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
     const long rssBefore = bench::peakRssKiB();
 
@@ -118,8 +119,8 @@ int runFramework(int plugins, int services, int items, bool points, bool writeQu
     bench::check(active == plugins, QStringLiteral("%1 of %2 plug-ins active").arg(active).arg(plugins));
     bench::check(itemsMade() == items,
                  QStringLiteral("the points hold %1 items, expected %2").arg(itemsMade()).arg(items));
-    const QList<ServiceReference> found = framework->findChildren<PluginContext *>().value(0)
-                                              ->findServiceReferences(QStringLiteral("BenchService"));
+    const QList<ServiceReference> found =
+            framework->findChildren<PluginContext *>().value(0)->findServiceReferences(QStringLiteral("BenchService"));
     bench::check(found.size() == services,
                  QStringLiteral("%1 services found, expected %2").arg(found.size()).arg(services));
 
@@ -157,8 +158,7 @@ PluginContext *startedContext(PluginFramework &framework)
 }
 
 // Runs <work> in batches after a warm-up and reports the median time per call.
-template<typename Work>
-void timeCalls(const char *name, qint64 callsPerBatch, Work work)
+template<typename Work> void timeCalls(const char *name, qint64 callsPerBatch, Work work)
 {
     work(callsPerBatch);
     QVector<double> perCall;
@@ -175,7 +175,9 @@ void timeCalls(const char *name, qint64 callsPerBatch, Work work)
 class CountingListener : public ICustomizedListener
 {
 public:
-    explicit CountingListener(int type) : ICustomizedListener(type) {}
+    explicit CountingListener(int type)
+        : ICustomizedListener(type)
+    { }
     void customizedChanged(const CustomizedEvent &) override { ++calls; }
     quint64 calls = 0;
 };

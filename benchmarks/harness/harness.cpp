@@ -29,9 +29,12 @@ struct Case
 {
     Case(const QString &name, const QString &program, const QStringList &arguments, bool logging = false,
          std::function<void()> before = {})
-        : name(name), program(program), arguments(arguments), logging(logging), before(std::move(before))
-    {
-    }
+        : name(name)
+        , program(program)
+        , arguments(arguments)
+        , logging(logging)
+        , before(std::move(before))
+    { }
 
     QString name;
     QString program;
@@ -108,7 +111,7 @@ void makeExtensionTree(const SetInfo &set, const QString &runner)
     QDir().mkpath(extApp + QStringLiteral("/plugins"));
     copyExecutable(runner, extApp + QStringLiteral("/es-bench"));
     const QFileInfoList plugins =
-        QDir(app + QStringLiteral("/plugins")).entryInfoList(QDir::Dirs | QDir::NoDotAndDotDot);
+            QDir(app + QStringLiteral("/plugins")).entryInfoList(QDir::Dirs | QDir::NoDotAndDotDot);
     for (const QFileInfo &plugin : plugins) {
         const QString target = plugin.fileName();
         const QString name = QStringLiteral("bench.") + target.section(QLatin1Char('.'), 1);
@@ -116,7 +119,8 @@ void makeExtensionTree(const SetInfo &set, const QString &runner)
         QDir().mkpath(dir);
         const QString library = QStringLiteral("/%1.so").arg(target);
         if (::link(QFile::encodeName(plugin.absoluteFilePath() + library).constData(),
-                   QFile::encodeName(dir + library).constData()) != 0
+                   QFile::encodeName(dir + library).constData())
+                    != 0
             && !QFile::copy(plugin.absoluteFilePath() + library, dir + library)) {
             die(QStringLiteral("cannot link %1").arg(dir + library));
         }
@@ -145,9 +149,9 @@ Figures runCase(const Case &c)
     const QString output = QString::fromLocal8Bit(process.readAllStandardOutput());
     if (process.exitStatus() != QProcess::NormalExit || process.exitCode() != 0) {
         die(QStringLiteral("%1 failed (exit %2): %3 %4")
-                .arg(c.name)
-                .arg(process.exitCode())
-                .arg(output.trimmed(), QString::fromLocal8Bit(process.readAllStandardError()).right(2000)));
+                    .arg(c.name)
+                    .arg(process.exitCode())
+                    .arg(output.trimmed(), QString::fromLocal8Bit(process.readAllStandardError()).right(2000)));
     }
     Figures figures;
     for (const QString &line : output.split(QLatin1Char('\n'), Qt::SkipEmptyParts)) {
@@ -246,9 +250,11 @@ QList<Case> prepareCases(const Options &o)
         const QString store = extApp + QStringLiteral("/config/es-bench/extension.dat");
         const QString n = QString::number(size);
         cases << Case{QStringLiteral("floor_") + n, app + QStringLiteral("/es-bench"), {QStringLiteral("floor")}};
-        cases << Case{QStringLiteral("es_") + n, app + QStringLiteral("/es-bench"), esArgs + QStringList{QStringLiteral("0")}};
+        cases << Case{QStringLiteral("es_") + n, app + QStringLiteral("/es-bench"),
+                      esArgs + QStringList{QStringLiteral("0")}};
         if (o.peer) {
-            cases << Case{QStringLiteral("peer_") + n, peerRunner,
+            cases << Case{QStringLiteral("peer_") + n,
+                          peerRunner,
                           {set.dir + QStringLiteral("/peer/plugins"), QString::number(set.plugins)}};
         }
         // The plug-ins open their extension points from here on. Without
@@ -268,12 +274,14 @@ QList<Case> prepareCases(const Options &o)
     // The micro-benchmarks run in the smallest set's application directory.
     for (int listeners : {1, 10, 100}) {
         for (const char *side : {"fw", "plain"}) {
-            cases << Case{QStringLiteral("events_%1_%2").arg(listeners).arg(QLatin1String(side)), microApp,
+            cases << Case{QStringLiteral("events_%1_%2").arg(listeners).arg(QLatin1String(side)),
+                          microApp,
                           {QStringLiteral("events"), QString::number(listeners), QLatin1String(side)}};
         }
     }
     for (const char *side : {"fw", "plain"})
-        cases << Case{QStringLiteral("lookup_%1").arg(QLatin1String(side)), microApp,
+        cases << Case{QStringLiteral("lookup_%1").arg(QLatin1String(side)),
+                      microApp,
                       {QStringLiteral("lookup"), QLatin1String(side)}};
     return cases;
 }
@@ -303,18 +311,22 @@ QList<Comparison> comparisonsFor(const Options &o)
     QList<Comparison> comparisons;
     comparisons << Comparison{QStringLiteral("init_start_%1_vs_floor").arg(L),
                               {QStringLiteral("es_") + L, QStringLiteral("init_start_ms")},
-                              {QStringLiteral("floor_") + L, QStringLiteral("load_ms")}, 1.5};
+                              {QStringLiteral("floor_") + L, QStringLiteral("load_ms")},
+                              1.5};
     if (o.peer) {
         comparisons << Comparison{QStringLiteral("init_start_%1_vs_peer").arg(L),
                                   {QStringLiteral("es_") + L, QStringLiteral("init_start_ms")},
-                                  {QStringLiteral("peer_") + L, QStringLiteral("load_ms")}, 1.0};
+                                  {QStringLiteral("peer_") + L, QStringLiteral("load_ms")},
+                                  1.0};
     }
     comparisons << Comparison{QStringLiteral("warm_%1_vs_no_extensions").arg(L),
                               {QStringLiteral("warm_") + L, QStringLiteral("ready_ms")},
-                              {QStringLiteral("points_") + L, QStringLiteral("ready_ms")}, 1.15};
+                              {QStringLiteral("points_") + L, QStringLiteral("ready_ms")},
+                              1.15};
     comparisons << Comparison{QStringLiteral("cold_%1_vs_warm").arg(L),
                               {QStringLiteral("cold_") + L, QStringLiteral("ready_ms")},
-                              {QStringLiteral("warm_") + L, QStringLiteral("ready_ms")}, 3.0};
+                              {QStringLiteral("warm_") + L, QStringLiteral("ready_ms")},
+                              3.0};
     for (int listeners : {1, 10, 100}) {
         comparisons << Comparison{QStringLiteral("publish_%1_vs_plain").arg(listeners),
                                   {QStringLiteral("events_%1_fw").arg(listeners), QStringLiteral("publish_ns")},
@@ -323,39 +335,46 @@ QList<Comparison> comparisonsFor(const Options &o)
     }
     comparisons << Comparison{QStringLiteral("lookup_100_vs_plain"),
                               {QStringLiteral("lookup_fw"), QStringLiteral("lookup_ns")},
-                              {QStringLiteral("lookup_plain"), QStringLiteral("lookup_ns")}, 2.0};
+                              {QStringLiteral("lookup_plain"), QStringLiteral("lookup_ns")},
+                              2.0};
     if (o.previous()) {
         const int previous = o.previous();
         const QString P = QString::number(previous);
         comparisons << Comparison{QStringLiteral("per_plugin_%1_vs_%2").arg(L, P),
                                   {QStringLiteral("es_") + L, QStringLiteral("init_start_ms"), double(o.largest())},
-                                  {QStringLiteral("es_") + P, QStringLiteral("init_start_ms"), double(previous)}, 1.3};
+                                  {QStringLiteral("es_") + P, QStringLiteral("init_start_ms"), double(previous)},
+                                  1.3};
         comparisons << Comparison{QStringLiteral("floor_per_plugin_%1_vs_%2").arg(L, P),
                                   {QStringLiteral("floor_") + L, QStringLiteral("load_ms"), double(o.largest())},
-                                  {QStringLiteral("floor_") + P, QStringLiteral("load_ms"), double(previous)}, 0};
+                                  {QStringLiteral("floor_") + P, QStringLiteral("load_ms"), double(previous)},
+                                  0};
         if (o.peer) {
             comparisons << Comparison{QStringLiteral("peer_per_plugin_%1_vs_%2").arg(L, P),
                                       {QStringLiteral("peer_") + L, QStringLiteral("load_ms"), double(o.largest())},
-                                      {QStringLiteral("peer_") + P, QStringLiteral("load_ms"), double(previous)}, 0};
+                                      {QStringLiteral("peer_") + P, QStringLiteral("load_ms"), double(previous)},
+                                      0};
         }
     }
     // What opening two points per plug-in costs: one store query per point,
     // whose text lists every active plug-in.
     comparisons << Comparison{QStringLiteral("points_%1_vs_no_points").arg(L),
                               {QStringLiteral("points_") + L, QStringLiteral("ready_ms")},
-                              {QStringLiteral("es_") + L, QStringLiteral("ready_ms")}, 0};
+                              {QStringLiteral("es_") + L, QStringLiteral("ready_ms")},
+                              0};
     if (o.previous()) {
         const int previous = o.previous();
         const QString P = QString::number(previous);
         for (const char *prefix : {"points_", "warm_", "cold_"}) {
             comparisons << Comparison{QStringLiteral("%1per_plugin_%2_vs_%3").arg(QLatin1String(prefix), L, P),
                                       {QLatin1String(prefix) + L, QStringLiteral("ready_ms"), double(o.largest())},
-                                      {QLatin1String(prefix) + P, QStringLiteral("ready_ms"), double(previous)}, 0};
+                                      {QLatin1String(prefix) + P, QStringLiteral("ready_ms"), double(previous)},
+                                      0};
         }
     }
     comparisons << Comparison{QStringLiteral("debug_output_%1_vs_off").arg(L),
                               {QStringLiteral("log_") + L, QStringLiteral("init_start_ms")},
-                              {QStringLiteral("es_") + L, QStringLiteral("init_start_ms")}, 0};
+                              {QStringLiteral("es_") + L, QStringLiteral("init_start_ms")},
+                              0};
     return comparisons;
 }
 
@@ -399,17 +418,35 @@ QString writeTable(const Options &o, const Results &results, const QList<Compari
        << "except in the row marked so.\n\n";
     md << "| Case | N | Figure | Median | Per plug-in | Peak RSS per plug-in |\n";
     md << "|---|---:|---|---:|---:|---:|\n";
-    struct Row { QString prefix; QString label; QStringList figures; };
+    struct Row
+    {
+        QString prefix;
+        QString label;
+        QStringList figures;
+    };
     const QList<Row> rows{
-        {QStringLiteral("floor_"), QStringLiteral("floor: QPluginLoader load + instance + META.INF read"), {QStringLiteral("load_ms")}},
-        {QStringLiteral("es_"), QStringLiteral("framework: construct + init, start, stop"),
-         {QStringLiteral("init_ms"), QStringLiteral("start_ms"), QStringLiteral("init_start_ms"), QStringLiteral("ready_ms"), QStringLiteral("stop_ms")}},
-        {QStringLiteral("peer_"), QStringLiteral("KCoreAddons: findPlugins + instantiatePlugin"), {QStringLiteral("find_ms"), QStringLiteral("load_ms")}},
-        {QStringLiteral("points_"), QStringLiteral("framework, points opened, no extension files"),
-         {QStringLiteral("init_start_ms"), QStringLiteral("ready_ms")}},
-        {QStringLiteral("cold_"), QStringLiteral("framework, points, extension files, cold (no store)"), {QStringLiteral("init_start_ms"), QStringLiteral("ready_ms")}},
-        {QStringLiteral("warm_"), QStringLiteral("framework, points, extension files, warm (unchanged)"), {QStringLiteral("init_start_ms"), QStringLiteral("ready_ms")}},
-        {QStringLiteral("log_"), QStringLiteral("framework, debug output on, to /dev/null"), {QStringLiteral("init_start_ms"), QStringLiteral("ready_ms")}},
+            {QStringLiteral("floor_"),
+             QStringLiteral("floor: QPluginLoader load + instance + META.INF read"),
+             {QStringLiteral("load_ms")}},
+            {QStringLiteral("es_"),
+             QStringLiteral("framework: construct + init, start, stop"),
+             {QStringLiteral("init_ms"), QStringLiteral("start_ms"), QStringLiteral("init_start_ms"),
+              QStringLiteral("ready_ms"), QStringLiteral("stop_ms")}},
+            {QStringLiteral("peer_"),
+             QStringLiteral("KCoreAddons: findPlugins + instantiatePlugin"),
+             {QStringLiteral("find_ms"), QStringLiteral("load_ms")}},
+            {QStringLiteral("points_"),
+             QStringLiteral("framework, points opened, no extension files"),
+             {QStringLiteral("init_start_ms"), QStringLiteral("ready_ms")}},
+            {QStringLiteral("cold_"),
+             QStringLiteral("framework, points, extension files, cold (no store)"),
+             {QStringLiteral("init_start_ms"), QStringLiteral("ready_ms")}},
+            {QStringLiteral("warm_"),
+             QStringLiteral("framework, points, extension files, warm (unchanged)"),
+             {QStringLiteral("init_start_ms"), QStringLiteral("ready_ms")}},
+            {QStringLiteral("log_"),
+             QStringLiteral("framework, debug output on, to /dev/null"),
+             {QStringLiteral("init_start_ms"), QStringLiteral("ready_ms")}},
     };
     for (const Row &row : rows) {
         for (int size : qAsConst(sizes)) {
@@ -424,8 +461,8 @@ QString writeTable(const Options &o, const Results &results, const QList<Compari
                 name.chop(3);
                 md << "| " << (first ? row.label : QString()) << " | " << size << " | " << name << " | "
                    << QString::number(value, 'f', 1) << " ms | " << QString::number(value * 1000 / size, 'f', 1)
-                   << QStringLiteral(" µs | ") << (first ? QString::number(rss / size, 'f', 1) + QStringLiteral(" KiB") : QString())
-                   << " |\n";
+                   << QStringLiteral(" µs | ")
+                   << (first ? QString::number(rss / size, 'f', 1) + QStringLiteral(" KiB") : QString()) << " |\n";
                 first = false;
             }
         }
@@ -433,8 +470,9 @@ QString writeTable(const Options &o, const Results &results, const QList<Compari
     for (int listeners : {1, 10, 100}) {
         for (const char *side : {"fw", "plain"}) {
             const QString caseName = QStringLiteral("events_%1_%2").arg(listeners).arg(QLatin1String(side));
-            md << "| " << (QLatin1String(side) == QLatin1String("fw") ? "publish through the plug-in context"
-                                                                      : "plain virtual-call loop, same listeners")
+            md << "| "
+               << (QLatin1String(side) == QLatin1String("fw") ? "publish through the plug-in context"
+                                                              : "plain virtual-call loop, same listeners")
                << " | " << listeners << " listeners | per event | "
                << QString::number(figureMedian(caseName, QStringLiteral("publish_ns")), 'f', 1) << " ns | | |\n";
         }
@@ -452,15 +490,16 @@ QString writeTable(const Options &o, const Results &results, const QList<Compari
             continue;
         const double ratio = ratioMedian(results, comparison);
         const bool compared = comparison.target > 0;
-        const QString verdict = !compared ? QString() : ratio <= comparison.target ? QStringLiteral("ok")
-                                                                                  : QStringLiteral("MISS");
+        const QString verdict = !compared                    ? QString()
+                                : ratio <= comparison.target ? QStringLiteral("ok")
+                                                             : QStringLiteral("MISS");
         md << "| " << comparison.name << " | " << QString::number(ratio, 'f', 2) << " | "
            << (compared ? QStringLiteral("≤ ") + QString::number(comparison.target, 'f', 2) : QStringLiteral("(shown)"))
            << " | " << verdict << " |\n";
         if (compared) {
             ratioLines << QStringLiteral("RATIO %1 %2 %3 %4")
-                              .arg(comparison.name, QString::number(ratio, 'f', 2),
-                                   QString::number(comparison.target, 'f', 2), verdict);
+                                  .arg(comparison.name, QString::number(ratio, 'f', 2),
+                                       QString::number(comparison.target, 'f', 2), verdict);
         }
     }
     for (const QString &note : o.notes)

@@ -24,7 +24,9 @@ void countItem()
 class BenchPoint : public ExtensionPoint
 {
 public:
-    BenchPoint(const QString &id, const QString &plugin) : ExtensionPoint(id, plugin) {}
+    BenchPoint(const QString &id, const QString &plugin)
+        : ExtensionPoint(id, plugin)
+    { }
 
     QList<ExtensionData *> parseExtensionText(const QStringList &texts) override
     {
@@ -74,7 +76,7 @@ void BenchActivator::start(PluginContext *context)
     if (!qApp->property("es.bench.points").toBool())
         return;
     const QStringList points =
-        metaData->getProperty(QStringLiteral("bench.points")).split(QLatin1Char(';'), Qt::SkipEmptyParts);
+            metaData->getProperty(QStringLiteral("bench.points")).split(QLatin1Char(';'), Qt::SkipEmptyParts);
     for (const QString &id : points) {
         auto *point = new BenchPoint(id, context->symbolic());
         m_points << point;

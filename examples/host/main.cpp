@@ -62,22 +62,32 @@ void heading(const QString &title)
 QString stateName(int state)
 {
     switch (state) {
-    case PluginInfo::Uninstalled: return QStringLiteral("Uninstalled");
-    case PluginInfo::Installed: return QStringLiteral("Installed");
-    case PluginInfo::Resolved: return QStringLiteral("Resolved");
-    case PluginInfo::Starting: return QStringLiteral("Starting");
-    case PluginInfo::Stopping: return QStringLiteral("Stopping");
-    case PluginInfo::Active: return QStringLiteral("Active");
-    default: return QStringLiteral("-");
+    case PluginInfo::Uninstalled:
+        return QStringLiteral("Uninstalled");
+    case PluginInfo::Installed:
+        return QStringLiteral("Installed");
+    case PluginInfo::Resolved:
+        return QStringLiteral("Resolved");
+    case PluginInfo::Starting:
+        return QStringLiteral("Starting");
+    case PluginInfo::Stopping:
+        return QStringLiteral("Stopping");
+    case PluginInfo::Active:
+        return QStringLiteral("Active");
+    default:
+        return QStringLiteral("-");
     }
 }
 
 QString policyName(int policy)
 {
     switch (policy) {
-    case PluginFrameworkConfig::PolicyDisable: return QStringLiteral("disable");
-    case PluginFrameworkConfig::PolicyEnable: return QStringLiteral("enable");
-    default: return QStringLiteral("undefine");
+    case PluginFrameworkConfig::PolicyDisable:
+        return QStringLiteral("disable");
+    case PluginFrameworkConfig::PolicyEnable:
+        return QStringLiteral("enable");
+    default:
+        return QStringLiteral("undefine");
     }
 }
 
@@ -85,11 +95,11 @@ void printPlugins(PluginManager *manager)
 {
     heading(QStringLiteral("Plug-ins"));
     out() << QStringLiteral("%1 %2 %3 %4 %5\n")
-                 .arg(QStringLiteral("symbolic"), -15)
-                 .arg(QStringLiteral("version"), -8)
-                 .arg(QStringLiteral("state"), -11)
-                 .arg(QStringLiteral("policy"), -9)
-                 .arg(QStringLiteral("dependencies: required version (flag recorded at installation; now)"));
+                     .arg(QStringLiteral("symbolic"), -15)
+                     .arg(QStringLiteral("version"), -8)
+                     .arg(QStringLiteral("state"), -11)
+                     .arg(QStringLiteral("policy"), -9)
+                     .arg(QStringLiteral("dependencies: required version (flag recorded at installation; now)"));
     const QList<PluginInfo> infos = manager->pluginInfos();
     for (const PluginInfo &info : infos) {
         QStringList dependencies;
@@ -98,17 +108,20 @@ void printPlugins(PluginManager *manager)
             // The flag is a snapshot taken before the load queue looked at the plug-in.
             const bool inQueue = manager->loadQueue().contains(it.key());
             dependencies << QStringLiteral("%1 %2 (%3; %4)")
-                                .arg(it.key(), it.value().first,
-                                     it.value().second ? QStringLiteral("resolved") : QStringLiteral("not resolved"),
-                                     inQueue ? QStringLiteral("provider in queue") : QStringLiteral("provider missing"));
+                                    .arg(it.key(), it.value().first,
+                                         it.value().second ? QStringLiteral("resolved")
+                                                           : QStringLiteral("not resolved"),
+                                         inQueue ? QStringLiteral("provider in queue")
+                                                 : QStringLiteral("provider missing"));
         }
         const bool refused = !manager->find(info.symbolic());
         out() << QStringLiteral("%1 %2 %3 %4 %5\n")
-                     .arg(info.symbolic(), -15)
-                     .arg(info.version(), -8)
-                     .arg(refused ? QStringLiteral("refused") : stateName(info.currentState()), -11)
-                     .arg(policyName(info.startupPolicy()), -9)
-                     .arg(dependencies.isEmpty() ? QStringLiteral("none") : dependencies.join(QStringLiteral(", ")));
+                         .arg(info.symbolic(), -15)
+                         .arg(info.version(), -8)
+                         .arg(refused ? QStringLiteral("refused") : stateName(info.currentState()), -11)
+                         .arg(policyName(info.startupPolicy()), -9)
+                         .arg(dependencies.isEmpty() ? QStringLiteral("none")
+                                                     : dependencies.join(QStringLiteral(", ")));
     }
     out() << "load queue (start order): " << manager->loadQueue().join(QStringLiteral(" -> ")) << '\n';
     // The framework says nothing on its own about a plug-in that does not run; asked, it says why.
@@ -128,10 +141,10 @@ void printServices(ServiceManager *services)
         for (const ServiceReference &reference : references) {
             const ServiceProperty property = reference.serviceProperty();
             out() << QStringLiteral("%1 from %2: id %3, ranking %4, factory %5\n")
-                         .arg(QString::fromLatin1(clazz), reference.plugin())
-                         .arg(property.serviceId())
-                         .arg(property.ranking())
-                         .arg(property.isFactory() ? QStringLiteral("yes") : QStringLiteral("no"));
+                             .arg(QString::fromLatin1(clazz), reference.plugin())
+                             .arg(property.serviceId())
+                             .arg(property.ranking())
+                             .arg(property.isFactory() ? QStringLiteral("yes") : QStringLiteral("no"));
         }
         if (references.isEmpty())
             out() << clazz << ": none\n";
@@ -155,8 +168,8 @@ void printCommands(IShell *shell)
     const QStringList commands = shell->commands();
     for (const QString &command : commands) {
         const QStringList fields = command.split(QLatin1Char('|'));
-        out() << QStringLiteral("%1 \"%2\" from %3, %4\n").arg(fields.value(0), fields.value(1), fields.value(2),
-                                                              fields.value(3));
+        out() << QStringLiteral("%1 \"%2\" from %3, %4\n")
+                         .arg(fields.value(0), fields.value(1), fields.value(2), fields.value(3));
     }
     if (commands.isEmpty())
         out() << "no items\n";
@@ -182,10 +195,10 @@ int main(int argc, char **argv)
     auto *manager = framework.findChild<PluginManager *>();
     auto *services = framework.findChild<ServiceManager *>();
     const QMetaObject::Connection errorPrinter =
-        QObject::connect(manager, &PluginManager::errorOccured, [](int error, const QString &text) {
-        out() << "    ! plug-in manager error " << error << ": " << text << '\n';
-        out().flush();
-    });
+            QObject::connect(manager, &PluginManager::errorOccured, [](int error, const QString &text) {
+                out() << "    ! plug-in manager error " << error << ": " << text << '\n';
+                out().flush();
+            });
     QStringList startedOnDemand;
     bool onDemand = false;
     QObject::connect(&framework, &PluginFramework::pluginChanged, [&](const PluginEvent &event) {
@@ -243,8 +256,8 @@ int main(int argc, char **argv)
             shell->run(id, QStringLiteral("Plug-ins meet here"));
         }
         onDemand = false;
-        out() << "started on demand: " << (startedOnDemand.isEmpty() ? QStringLiteral("none")
-                                                                     : startedOnDemand.join(QStringLiteral(", ")))
+        out() << "started on demand: "
+              << (startedOnDemand.isEmpty() ? QStringLiteral("none") : startedOnDemand.join(QStringLiteral(", ")))
               << '\n';
         printCommands(shell);
         shellContext->ungetService(shells.first(), shellObject);

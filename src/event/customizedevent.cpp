@@ -4,13 +4,11 @@ namespace ExtensionSystem {
 
 CustomizedEvent::CustomizedEvent(int type)
     : d(new EventData(type))
-{
-}
+{ }
 
 CustomizedEvent::CustomizedEvent(const QSharedDataPointer<EventData> &data)
     : d(data)
-{
-}
+{ }
 
 CustomizedEvent::CustomizedEvent(const CustomizedEvent &other) = default;
 

@@ -5,21 +5,18 @@ namespace ExtensionSystem {
 
 EventData::EventData()
     : type(0)
-{
-}
+{ }
 
 EventData::EventData(int type)
     : type(type)
-{
-}
+{ }
 
 EventData::EventData(const EventData &other)
-    : QSharedData(other),
-      type(other.type),
-      data(other.data),
-      roles(other.roles)
-{
-}
+    : QSharedData(other)
+    , type(other.type)
+    , data(other.data)
+    , roles(other.roles)
+{ }
 
 EventData::~EventData() = default;
 

@@ -16,8 +16,7 @@ namespace Internal {
 
 EventManagerPrivate::EventManagerPrivate()
     : context(nullptr)
-{
-}
+{ }
 
 EventManagerPrivate::~EventManagerPrivate() = default;
 
@@ -112,8 +111,8 @@ void EventManager::unregisterListener(IListener *listener)
     d->cleanup(listener);
 }
 
-void EventManager::trackEvent(const QString &symbolic, int eventType, const QObject *receiver,
-                              const char *slot, Qt::ConnectionType type)
+void EventManager::trackEvent(const QString &symbolic, int eventType, const QObject *receiver, const char *slot,
+                              Qt::ConnectionType type)
 {
     Q_D(EventManager);
     if (!receiver || !slot)

@@ -9,8 +9,7 @@ const int ExtensionEventType = 4;
 
 void registerMetaTypes()
 {
-    static const int actionType =
-        qRegisterMetaType<ExtensionEvent::Action>("ExtensionSystem::ExtensionEvent::Action");
+    static const int actionType = qRegisterMetaType<ExtensionEvent::Action>("ExtensionSystem::ExtensionEvent::Action");
     Q_UNUSED(actionType)
 }
 
@@ -42,8 +41,7 @@ ExtensionEvent::ExtensionEvent(Action action, const QString &plugin, const QStri
 
 ExtensionEvent::ExtensionEvent(const QSharedDataPointer<EventData> &data)
     : d(data)
-{
-}
+{ }
 
 ExtensionEvent::ExtensionEvent(const ExtensionEvent &other) = default;
 

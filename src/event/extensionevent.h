@@ -15,16 +15,9 @@ namespace ExtensionSystem {
 class EXTENSIONSYSTEM_EXPORT ExtensionEvent
 {
 public:
-    enum Role {
-        RoleAction = 1,
-        RolePlugin = 2,
-        RolePointId = 3
-    };
+    enum Role { RoleAction = 1, RolePlugin = 2, RolePointId = 3 };
 
-    enum Action {
-        PointRegistered = 1,
-        PointUnregistered = 2
-    };
+    enum Action { PointRegistered = 1, PointUnregistered = 2 };
 
     explicit ExtensionEvent(Action action = Action(0));
     ExtensionEvent(Action action, const QString &plugin, const QString &pointId);

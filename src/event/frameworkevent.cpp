@@ -9,8 +9,7 @@ const int FrameworkEventType = 1;
 
 void registerMetaTypes()
 {
-    static const int actionType =
-        qRegisterMetaType<FrameworkEvent::Action>("ExtensionSystem::FrameworkEvent::Action");
+    static const int actionType = qRegisterMetaType<FrameworkEvent::Action>("ExtensionSystem::FrameworkEvent::Action");
     Q_UNUSED(actionType)
 }
 
@@ -40,8 +39,7 @@ FrameworkEvent::FrameworkEvent(Action action, Action prevAction)
 
 FrameworkEvent::FrameworkEvent(const QSharedDataPointer<EventData> &data)
     : d(data)
-{
-}
+{ }
 
 FrameworkEvent::FrameworkEvent(const FrameworkEvent &other) = default;
 

@@ -14,10 +14,7 @@ namespace ExtensionSystem {
 class EXTENSIONSYSTEM_EXPORT FrameworkEvent
 {
 public:
-    enum Role {
-        RoleAction = 1,
-        RolePrevAction = 2
-    };
+    enum Role { RoleAction = 1, RolePrevAction = 2 };
 
     // The framework states.
     enum Action {

@@ -4,8 +4,7 @@ namespace ExtensionSystem {
 
 ICustomizedListener::ICustomizedListener(int type)
     : IListener(type)
-{
-}
+{ }
 
 ICustomizedListener::~ICustomizedListener() = default;
 

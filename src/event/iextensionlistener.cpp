@@ -4,8 +4,7 @@ namespace ExtensionSystem {
 
 IExtensionListener::IExtensionListener()
     : IListener(4)
-{
-}
+{ }
 
 IExtensionListener::~IExtensionListener() = default;
 

@@ -4,8 +4,7 @@ namespace ExtensionSystem {
 
 IFrameworkListener::IFrameworkListener()
     : IListener(1)
-{
-}
+{ }
 
 IFrameworkListener::~IFrameworkListener() = default;
 

@@ -6,8 +6,7 @@ namespace ExtensionSystem {
 IListener::IListener(int type)
     : type(type)
     , cleanupHelper(nullptr)
-{
-}
+{ }
 
 IListener::~IListener()
 {

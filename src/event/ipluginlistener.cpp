@@ -4,8 +4,7 @@ namespace ExtensionSystem {
 
 IPluginListener::IPluginListener()
     : IListener(2)
-{
-}
+{ }
 
 IPluginListener::~IPluginListener() = default;
 

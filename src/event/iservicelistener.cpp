@@ -4,8 +4,7 @@ namespace ExtensionSystem {
 
 IServiceListener::IServiceListener()
     : IListener(3)
-{
-}
+{ }
 
 IServiceListener::~IServiceListener() = default;
 

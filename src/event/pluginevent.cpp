@@ -9,8 +9,7 @@ const int PluginEventType = 2;
 
 void registerMetaTypes()
 {
-    static const int actionType =
-        qRegisterMetaType<PluginEvent::Action>("ExtensionSystem::PluginEvent::Action");
+    static const int actionType = qRegisterMetaType<PluginEvent::Action>("ExtensionSystem::PluginEvent::Action");
     Q_UNUSED(actionType)
 }
 
@@ -49,9 +48,8 @@ PluginEvent::PluginEvent(Action action)
     setData(RoleAction, QVariant::fromValue(action));
 }
 
-PluginEvent::PluginEvent(Action action, Action prevAction, const QString &symbolic,
-                         const QString &locationDir, const QString &filepath,
-                         const QString &version, int initIndex, int pluginSize)
+PluginEvent::PluginEvent(Action action, Action prevAction, const QString &symbolic, const QString &locationDir,
+                         const QString &filepath, const QString &version, int initIndex, int pluginSize)
     : d(newPluginData(true))
 {
     setData(RoleAction, QVariant::fromValue(action));
@@ -66,8 +64,7 @@ PluginEvent::PluginEvent(Action action, Action prevAction, const QString &symbol
 
 PluginEvent::PluginEvent(const QSharedDataPointer<EventData> &data)
     : d(data)
-{
-}
+{ }
 
 PluginEvent::PluginEvent(const PluginEvent &other) = default;
 

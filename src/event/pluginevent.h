@@ -27,20 +27,12 @@ public:
     };
 
     // The plug-in states; 0 is no state, the action of a default-built event.
-    enum Action {
-        Uninstalled = 1,
-        Installed = 2,
-        Resolved = 4,
-        Starting = 8,
-        Stopping = 16,
-        Active = 32
-    };
+    enum Action { Uninstalled = 1, Installed = 2, Resolved = 4, Starting = 8, Stopping = 16, Active = 32 };
 
     // Maps every role but RolePrevAction, which can then never be set.
     explicit PluginEvent(Action action = Action(0));
-    PluginEvent(Action action, Action prevAction, const QString &symbolic,
-                const QString &locationDir, const QString &filepath, const QString &version,
-                int initIndex, int pluginSize);
+    PluginEvent(Action action, Action prevAction, const QString &symbolic, const QString &locationDir,
+                const QString &filepath, const QString &version, int initIndex, int pluginSize);
     PluginEvent(const QSharedDataPointer<EventData> &data);
     PluginEvent(const PluginEvent &other);
     ~PluginEvent();

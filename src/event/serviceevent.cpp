@@ -11,10 +11,8 @@ const int ServiceEventType = 3;
 
 void registerMetaTypes()
 {
-    static const int actionType =
-        qRegisterMetaType<ServiceEvent::Action>("ExtensionSystem::ServiceEvent::Action");
-    static const int propertyType =
-        qRegisterMetaType<ServiceProperty>("ExtensionSystem::ServiceProperty");
+    static const int actionType = qRegisterMetaType<ServiceEvent::Action>("ExtensionSystem::ServiceEvent::Action");
+    static const int propertyType = qRegisterMetaType<ServiceProperty>("ExtensionSystem::ServiceProperty");
     Q_UNUSED(actionType)
     Q_UNUSED(propertyType)
 }
@@ -50,8 +48,7 @@ ServiceEvent::ServiceEvent(Action action, const QString &plugin, const QStringLi
 
 ServiceEvent::ServiceEvent(const QSharedDataPointer<EventData> &data)
     : d(data)
-{
-}
+{ }
 
 ServiceEvent::ServiceEvent(const ServiceEvent &other) = default;
 

@@ -18,21 +18,12 @@ class ServiceProperty;
 class EXTENSIONSYSTEM_EXPORT ServiceEvent
 {
 public:
-    enum Role {
-        RoleAction = 1,
-        RolePlugin = 2,
-        RoleClazz = 3,
-        RoleProperty = 4
-    };
+    enum Role { RoleAction = 1, RolePlugin = 2, RoleClazz = 3, RoleProperty = 4 };
 
-    enum Action {
-        Registered = 1,
-        Unregistering = 2
-    };
+    enum Action { Registered = 1, Unregistering = 2 };
 
     explicit ServiceEvent(Action action = Action(0));
-    ServiceEvent(Action action, const QString &plugin, const QStringList &classes,
-                 const ServiceProperty &property);
+    ServiceEvent(Action action, const QString &plugin, const QStringList &classes, const ServiceProperty &property);
     ServiceEvent(const QSharedDataPointer<EventData> &data);
     ServiceEvent(const ServiceEvent &other);
     ~ServiceEvent();

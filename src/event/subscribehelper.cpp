@@ -3,8 +3,8 @@
 namespace ExtensionSystem {
 namespace Internal {
 
-SubscribeHelper::SubscribeHelper(QObject *parent, int eventType, const QObject *receiver,
-                                 const char *slot, Qt::ConnectionType type)
+SubscribeHelper::SubscribeHelper(QObject *parent, int eventType, const QObject *receiver, const char *slot,
+                                 Qt::ConnectionType type)
     : QObject(parent)
     , IListener(eventType)
     , m_eventType(eventType)
@@ -14,11 +14,20 @@ SubscribeHelper::SubscribeHelper(QObject *parent, int eventType, const QObject *
 {
     const char *signal = nullptr;
     switch (eventType) {
-    case 1: signal = SIGNAL(frameworkChanged(FrameworkEvent)); break;
-    case 2: signal = SIGNAL(pluginChanged(PluginEvent)); break;
-    case 3: signal = SIGNAL(serviceChanged(ServiceEvent)); break;
-    case 4: signal = SIGNAL(extensionChanged(ExtensionEvent)); break;
-    default: break; // customized types are accepted but reach listeners only
+    case 1:
+        signal = SIGNAL(frameworkChanged(FrameworkEvent));
+        break;
+    case 2:
+        signal = SIGNAL(pluginChanged(PluginEvent));
+        break;
+    case 3:
+        signal = SIGNAL(serviceChanged(ServiceEvent));
+        break;
+    case 4:
+        signal = SIGNAL(extensionChanged(ExtensionEvent));
+        break;
+    default:
+        break; // customized types are accepted but reach listeners only
     }
     if (signal && receiver && slot)
         QObject::connect(this, signal, receiver, slot, type);
@@ -32,11 +41,20 @@ SubscribeHelper::~SubscribeHelper()
 void SubscribeHelper::event(const QSharedDataPointer<EventData> &data)
 {
     switch (data->type) {
-    case 1: emit frameworkChanged(FrameworkEvent(data)); break;
-    case 2: emit pluginChanged(PluginEvent(data)); break;
-    case 3: emit serviceChanged(ServiceEvent(data)); break;
-    case 4: emit extensionChanged(ExtensionEvent(data)); break;
-    default: break;
+    case 1:
+        emit frameworkChanged(FrameworkEvent(data));
+        break;
+    case 2:
+        emit pluginChanged(PluginEvent(data));
+        break;
+    case 3:
+        emit serviceChanged(ServiceEvent(data));
+        break;
+    case 4:
+        emit extensionChanged(ExtensionEvent(data));
+        break;
+    default:
+        break;
     }
 }
 

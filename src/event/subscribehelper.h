@@ -23,8 +23,7 @@ class EXTENSIONSYSTEM_AUTOTEST_EXPORT SubscribeHelper : public QObject, public I
     Q_OBJECT
     Q_INTERFACES(ExtensionSystem::IListener)
 public:
-    SubscribeHelper(QObject *parent, int eventType, const QObject *receiver, const char *slot,
-                    Qt::ConnectionType type);
+    SubscribeHelper(QObject *parent, int eventType, const QObject *receiver, const char *slot, Qt::ConnectionType type);
     ~SubscribeHelper() override;
 
     void event(const QSharedDataPointer<EventData> &data) override;

@@ -15,8 +15,7 @@ ExtensionCallbackPrivate::ExtensionCallbackPrivate(const QString &id, const QStr
     , plugin(plugin.trimmed())
     , extenedPlugin(extenedPlugin.trimmed())
     , extenedPointId(extenedPointId.trimmed())
-{
-}
+{ }
 
 ExtensionCallbackPrivate::~ExtensionCallbackPrivate() = default;
 
@@ -26,8 +25,7 @@ ExtensionCallback::ExtensionCallback(const QString &id, const QString &plugin, c
                                      const QString &extenedPointId, Object *parent)
     : ExtensionHandler(*new ExtensionCallbackPrivate(id, plugin, extenedPlugin, extenedPointId), id, plugin,
                        extenedPointId, extenedPlugin, parent)
-{
-}
+{ }
 
 ExtensionCallback::~ExtensionCallback() = default;
 

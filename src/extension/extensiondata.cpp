@@ -47,8 +47,7 @@ namespace Internal {
 ExtensionDataPrivate::ExtensionDataPrivate()
     : extensionHandler(nullptr)
     , pendingActive(false)
-{
-}
+{ }
 
 ExtensionDataPrivate::~ExtensionDataPrivate() = default;
 
@@ -56,8 +55,7 @@ ExtensionDataPrivate::~ExtensionDataPrivate() = default;
 
 ExtensionData::ExtensionData(Object *parent)
     : ExtensionData(*new ExtensionDataPrivate, parent)
-{
-}
+{ }
 
 ExtensionData::ExtensionData(ExtensionDataPrivate &dd, Object *parent)
     : Object(dd, parent)
@@ -164,9 +162,9 @@ int ExtensionData::active(QGenericArgument a0, QGenericArgument a1, QGenericArgu
                                    extendPlugin()),
                 nullptr);
     ES_DEBUG_IF_SHOWN() << "virtual int ExtensionSystem::ExtensionData::active(QGenericArgument, QGenericArgument, "
-                "QGenericArgument, QGenericArgument, QGenericArgument, QGenericArgument, QGenericArgument, "
-                "QGenericArgument, QGenericArgument, QGenericArgument)"
-             << "Request Start Plugin:" << plugin();
+                           "QGenericArgument, QGenericArgument, QGenericArgument, QGenericArgument, QGenericArgument, "
+                           "QGenericArgument, QGenericArgument, QGenericArgument)"
+                        << "Request Start Plugin:" << plugin();
     return 0;
 }
 
@@ -177,8 +175,6 @@ void ExtensionData::onExtensionHandlerChanged(ExtensionHandler *current, Extensi
         setAttribute(handlerAttribute, QStringLiteral("start"));
 }
 
-void ExtensionData::test()
-{
-}
+void ExtensionData::test() { }
 
 } // namespace ExtensionSystem

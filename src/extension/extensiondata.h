@@ -22,14 +22,7 @@ class EXTENSIONSYSTEM_EXPORT ExtensionData : public Object
 {
     ES_DECLARE_PRIVATE(ExtensionData)
 public:
-    enum DataRole {
-        IdRole = 1,
-        PluginRole = 3,
-        ExtPluginRole = 4,
-        PointIdRole = 5,
-        LocationRole = 6,
-        UserRole = 7
-    };
+    enum DataRole { IdRole = 1, PluginRole = 3, ExtPluginRole = 4, PointIdRole = 5, LocationRole = 6, UserRole = 7 };
 
     explicit ExtensionData(Object *parent = nullptr);
     ~ExtensionData() override;

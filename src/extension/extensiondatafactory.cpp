@@ -16,14 +16,12 @@ namespace Internal {
 
 ExtensionDataFactoryPrivate::State::State()
     : factory(nullptr)
-{
-}
+{ }
 
 ExtensionDataFactoryPrivate::State::State(const QString &id, ExtensionDataFactoryPrivate *factory)
     : id(id)
     , factory(factory)
-{
-}
+{ }
 
 void ExtensionDataFactoryPrivate::State::saveCurrent()
 {
@@ -101,8 +99,7 @@ void ExtensionDataFactoryPrivate::ItemGuard::aboutDestory(Object *object)
 ExtensionDataFactoryPrivate::ExtensionDataFactoryPrivate()
     : currentItem(nullptr)
     , handlerNotifier(nullptr)
-{
-}
+{ }
 
 ExtensionDataFactoryPrivate::~ExtensionDataFactoryPrivate() = default;
 
@@ -188,8 +185,7 @@ void ExtensionDataFactoryPrivate::releaseNotifiers()
 
 ExtensionDataFactory::ExtensionDataFactory(Object *parent)
     : ExtensionDataFactory(*new ExtensionDataFactoryPrivate, parent)
-{
-}
+{ }
 
 ExtensionDataFactory::ExtensionDataFactory(ExtensionDataFactoryPrivate &dd, Object *parent)
     : ExtensionData(dd, parent)

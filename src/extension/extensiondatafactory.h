@@ -19,9 +19,7 @@ class EXTENSIONSYSTEM_EXPORT ExtensionDataFactory : public ExtensionData
 {
     ES_DECLARE_PRIVATE(ExtensionDataFactory)
 public:
-    enum DataRole {
-        CurrentItemRole = 8
-    };
+    enum DataRole { CurrentItemRole = 8 };
 
     explicit ExtensionDataFactory(Object *parent = nullptr);
     ~ExtensionDataFactory() override;

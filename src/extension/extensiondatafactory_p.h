@@ -20,9 +20,13 @@ public:
     // A watched item and its attributes when it was attached.
     struct WatchedData
     {
-        WatchedData() : data(nullptr) {}
+        WatchedData()
+            : data(nullptr)
+        { }
         WatchedData(ExtensionData *data, const QHash<QString, QVariant> &attributes)
-            : data(data), attributes(attributes) {}
+            : data(data)
+            , attributes(attributes)
+        { }
 
         ExtensionData *data;
         QHash<QString, QVariant> attributes;
@@ -52,7 +56,9 @@ public:
     class HandlerNotifier : public IObjectNotifier
     {
     public:
-        explicit HandlerNotifier(ExtensionDataFactoryPrivate *factory) : factory(factory) {}
+        explicit HandlerNotifier(ExtensionDataFactoryPrivate *factory)
+            : factory(factory)
+        { }
         void attributeChanged(const QString &key, const QVariant &value) override;
         void childAdded(Object *child) override;
 
@@ -63,7 +69,9 @@ public:
     class ChlidHandlerNotifier : public IObjectNotifier
     {
     public:
-        explicit ChlidHandlerNotifier(ExtensionDataFactoryPrivate *factory) : factory(factory) {}
+        explicit ChlidHandlerNotifier(ExtensionDataFactoryPrivate *factory)
+            : factory(factory)
+        { }
         void attributeChanged(const QString &key, const QVariant &value) override;
 
         ExtensionDataFactoryPrivate *factory;
@@ -74,7 +82,9 @@ public:
     {
     public:
         WatchedExtDataNotifier(ExtensionDataFactoryPrivate *factory, ExtensionData *data)
-            : factory(factory), data(data) {}
+            : factory(factory)
+            , data(data)
+        { }
         void aboutDestory(Object *object) override;
 
         ExtensionDataFactoryPrivate *factory;
@@ -86,7 +96,9 @@ public:
     class ItemGuard : public IObjectNotifier
     {
     public:
-        explicit ItemGuard(ExtensionDataFactoryPrivate *factory) : factory(factory) {}
+        explicit ItemGuard(ExtensionDataFactoryPrivate *factory)
+            : factory(factory)
+        { }
         void aboutDestory(Object *object) override;
 
         ExtensionDataFactoryPrivate *factory;

@@ -15,8 +15,7 @@ ExtensionFileParserPrivate::ExtensionFileParserPrivate()
     : error(0)
     , errorString(QObject::tr("No Error"))
     , storage(nullptr)
-{
-}
+{ }
 
 void ExtensionFileParserPrivate::setError(int code, const QString &text)
 {

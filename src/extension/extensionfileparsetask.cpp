@@ -62,7 +62,8 @@ QString ExtensionFileParseTask::digest(const QString &filepath)
 void ExtensionFileParseTask::run()
 {
     Q_D(ExtensionFileParseTask);
-    ES_DEBUG_IF_SHOWN() << "virtual void ExtensionSystem::Internal::ExtensionFileParseTask::run()" << ">" << d->filepath;
+    ES_DEBUG_IF_SHOWN() << "virtual void ExtensionSystem::Internal::ExtensionFileParseTask::run()"
+                        << ">" << d->filepath;
 
     QFile file(d->filepath);
     if (!file.exists()) {
@@ -81,7 +82,7 @@ void ExtensionFileParseTask::run()
     if (!document.setContent(&file, &message, &line, &column)) {
         const auto invalidFormat = [&] {
             return QObject::tr("Invalid file format, File: %1 > Line: %2, Column: %3, Error: %4")
-                .arg(d->filepath, QString::number(line), QString::number(column), message);
+                    .arg(d->filepath, QString::number(line), QString::number(column), message);
         };
         emit errorOccured(invalidFormat());
         ES_DEBUG_IF_SHOWN() << invalidFormat();

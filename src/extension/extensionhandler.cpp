@@ -12,8 +12,7 @@ namespace Internal {
 
 ExtensionHandlerPrivate::ExtensionHandlerPrivate()
     : extensionData(nullptr)
-{
-}
+{ }
 
 ExtensionHandlerPrivate::~ExtensionHandlerPrivate() = default;
 
@@ -21,19 +20,16 @@ ExtensionHandlerPrivate::~ExtensionHandlerPrivate() = default;
 
 ExtensionHandler::ExtensionHandler(Object *parent)
     : Object(*new ExtensionHandlerPrivate, parent)
-{
-}
+{ }
 
 ExtensionHandler::ExtensionHandler(const QString &id, const QString &plugin, const QString &extPoint,
                                    const QString &extPlugin, Object *parent)
     : ExtensionHandler(*new ExtensionHandlerPrivate, id, plugin, extPoint, extPlugin, parent)
-{
-}
+{ }
 
 ExtensionHandler::ExtensionHandler(ExtensionHandlerPrivate &dd, Object *parent)
     : Object(dd, parent)
-{
-}
+{ }
 
 ExtensionHandler::ExtensionHandler(ExtensionHandlerPrivate &dd, const QString &id, const QString &plugin,
                                    const QString &extPoint, const QString &extPlugin, Object *parent)

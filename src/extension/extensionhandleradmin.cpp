@@ -14,13 +14,7 @@ using namespace Internal;
 
 namespace {
 
-enum ErrorCode {
-    NoError = 0,
-    CallbackNotExists = -1,
-    CallbackExists = -2,
-    CallbackInvalid = -3,
-    NoPluginContext = -4
-};
+enum ErrorCode { NoError = 0, CallbackNotExists = -1, CallbackExists = -2, CallbackInvalid = -3, NoPluginContext = -4 };
 
 QString errorText(int code)
 {
@@ -44,8 +38,7 @@ namespace Internal {
 ExtensionHandlerAdminPrivate::ExtensionHandlerAdminPrivate()
     : error(NoError)
     , errorString(errorText(NoError))
-{
-}
+{ }
 
 ExtensionHandlerAdminPrivate::~ExtensionHandlerAdminPrivate() = default;
 
@@ -53,13 +46,11 @@ ExtensionHandlerAdminPrivate::~ExtensionHandlerAdminPrivate() = default;
 
 ExtensionHandlerAdmin::ExtensionHandlerAdmin(Object *parent)
     : ExtensionHandlerAdmin(*new ExtensionHandlerAdminPrivate, parent)
-{
-}
+{ }
 
 ExtensionHandlerAdmin::ExtensionHandlerAdmin(ExtensionHandlerAdminPrivate &dd, Object *parent)
     : Object(dd, parent)
-{
-}
+{ }
 
 ExtensionHandlerAdmin::~ExtensionHandlerAdmin() = default;
 

@@ -19,8 +19,7 @@ void ExtensionHandlerFactoryPrivate::WatchedHandlerNotifier::aboutDestory(Object
 
 ExtensionHandlerFactoryPrivate::ExtensionHandlerFactoryPrivate()
     : currentHandler(nullptr)
-{
-}
+{ }
 
 ExtensionHandlerFactoryPrivate::~ExtensionHandlerFactoryPrivate() = default;
 
@@ -72,15 +71,13 @@ ExtensionHandlerFactory::ExtensionHandlerFactory(Object *parent)
 ExtensionHandlerFactory::ExtensionHandlerFactory(const QString &id, const QString &plugin, const QString &extPoint,
                                                  const QString &extPlugin, Object *parent)
     : ExtensionHandlerFactory(*new ExtensionHandlerFactoryPrivate, id, plugin, extPoint, extPlugin, parent)
-{
-}
+{ }
 
 ExtensionHandlerFactory::ExtensionHandlerFactory(ExtensionHandlerFactoryPrivate &dd, const QString &id,
                                                  const QString &plugin, const QString &extPoint,
                                                  const QString &extPlugin, Object *parent)
     : ExtensionHandler(dd, id, plugin, extPoint, extPlugin, parent)
-{
-}
+{ }
 
 ExtensionHandlerFactory::~ExtensionHandlerFactory()
 {

@@ -25,8 +25,8 @@ class EXTENSIONSYSTEM_EXPORT ExtensionHandlerFactory : public ExtensionHandler
 public:
     // Takes no parent: the argument is not passed on.
     explicit ExtensionHandlerFactory(Object *parent);
-    ExtensionHandlerFactory(const QString &id, const QString &plugin, const QString &extPoint,
-                            const QString &extPlugin, Object *parent = nullptr);
+    ExtensionHandlerFactory(const QString &id, const QString &plugin, const QString &extPoint, const QString &extPlugin,
+                            Object *parent = nullptr);
     ~ExtensionHandlerFactory() override;
 
     ExtensionDataFactory *dataFactory() const;

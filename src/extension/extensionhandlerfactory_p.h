@@ -17,7 +17,7 @@ namespace Internal {
 // one node at a time, so each watched handler carries a relay of its own that passes
 // the destruction on to it.
 class EXTENSIONSYSTEM_AUTOTEST_EXPORT ExtensionHandlerFactoryPrivate : public ExtensionHandlerPrivate,
-                                                                      public IObjectNotifier
+                                                                       public IObjectNotifier
 {
     ES_DECLARE_PUBLIC(ExtensionHandlerFactory)
 public:
@@ -25,7 +25,9 @@ public:
     {
     public:
         WatchedHandlerNotifier(ExtensionHandlerFactoryPrivate *factory, ExtensionHandler *handler)
-            : factory(factory), handler(handler) {}
+            : factory(factory)
+            , handler(handler)
+        { }
         void aboutDestory(Object *object) override;
 
         ExtensionHandlerFactoryPrivate *factory;

@@ -20,8 +20,7 @@ ExtensionManagerPrivate::ExtensionManagerPrivate(PluginFrameworkContext *context
     , extensionPointAdmin(nullptr)
     , extensionFileParser(nullptr)
     , extensionStorage(nullptr)
-{
-}
+{ }
 
 ExtensionManagerPrivate::~ExtensionManagerPrivate() = default;
 

@@ -20,9 +20,7 @@ void WaitingHandlerNotifier::aboutDestory(Object *)
     point->takePendingHandler(id);
 }
 
-ExtensionPointPrivate::ExtensionPointPrivate()
-{
-}
+ExtensionPointPrivate::ExtensionPointPrivate() { }
 
 ExtensionPointPrivate::~ExtensionPointPrivate()
 {
@@ -77,8 +75,7 @@ bool ExtensionPointPrivate::handleChildAdded(const QHash<QString, QVariant> &eve
 
 ExtensionPoint::ExtensionPoint(Object *parent)
     : Object(*new ExtensionPointPrivate, parent)
-{
-}
+{ }
 
 ExtensionPoint::ExtensionPoint(const QString &id, const QString &plugin, Object *parent)
     : Object(*new ExtensionPointPrivate, parent)
@@ -89,8 +86,7 @@ ExtensionPoint::ExtensionPoint(const QString &id, const QString &plugin, Object 
 
 ExtensionPoint::ExtensionPoint(ExtensionPointPrivate &dd, Object *parent)
     : Object(dd, parent)
-{
-}
+{ }
 
 ExtensionPoint::~ExtensionPoint() = default;
 

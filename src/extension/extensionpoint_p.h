@@ -18,7 +18,10 @@ class ExtensionPointPrivate;
 class WaitingHandlerNotifier : public IObjectNotifier
 {
 public:
-    WaitingHandlerNotifier(ExtensionPointPrivate *point, const QString &id) : point(point), id(id) {}
+    WaitingHandlerNotifier(ExtensionPointPrivate *point, const QString &id)
+        : point(point)
+        , id(id)
+    { }
     void aboutDestory(Object *object) override;
 
     ExtensionPointPrivate *point;

@@ -9,27 +9,26 @@
 #include <framework/pluginframeworkcontext.h>
 #include <object/iobjectnotifier.h>
 
-
 namespace ExtensionSystem {
 namespace Internal {
 
 class TableWatcher : public IObjectNotifier
 {
 public:
-    explicit TableWatcher(ExtensionPointAdmin *admin) : admin(admin) {}
+    explicit TableWatcher(ExtensionPointAdmin *admin)
+        : admin(admin)
+    { }
     void aboutDestory(Object *object) override { admin->forget(object); }
 
     ExtensionPointAdmin *admin;
 };
 
-ExtensionPointAdmin::ExtensionPointAdmin(PluginFrameworkContext *context, ExtensionStorage *storage,
-                                         QObject *parent)
+ExtensionPointAdmin::ExtensionPointAdmin(PluginFrameworkContext *context, ExtensionStorage *storage, QObject *parent)
     : QObject(parent)
     , Object(nullptr)
     , frameworkContext(context)
     , extensionStorage(storage)
-{
-}
+{ }
 
 ExtensionPointAdmin::~ExtensionPointAdmin()
 {
@@ -86,7 +85,7 @@ void ExtensionPointAdmin::publish(int action, ExtensionPoint *point)
 {
     if (frameworkContext && frameworkContext->eventManager) {
         frameworkContext->eventManager->publish(
-            ExtensionEvent(ExtensionEvent::Action(action), point->plugin(), point->id()));
+                ExtensionEvent(ExtensionEvent::Action(action), point->plugin(), point->id()));
     }
 }
 
@@ -114,7 +113,7 @@ void ExtensionPointAdmin::registerExtensionPoint(ExtensionPoint *point)
         }
     }
     const QStringList texts =
-        extensionStorage ? extensionStorage->extensionTexts(point->plugin(), point->id()) : QStringList();
+            extensionStorage ? extensionStorage->extensionTexts(point->plugin(), point->id()) : QStringList();
     point->updateExtensionText(texts);
 }
 

@@ -19,19 +19,19 @@ namespace {
 
 const QString DB_FILE_NAME = QStringLiteral("extension.dat");
 
-const QString CREATE_PLUGIN_TABLE = QStringLiteral(
-    "CREATE TABLE IF NOT EXISTS `tbl_plugin` (`plug_id`\tINTEGER PRIMARY KEY AUTOINCREMENT UNIQUE,"
-    "`plug_symbolic`\tTEXT,`plug_filepath`\tTEXT,`plug_md5`\tTEXT);");
+const QString CREATE_PLUGIN_TABLE =
+        QStringLiteral("CREATE TABLE IF NOT EXISTS `tbl_plugin` (`plug_id`\tINTEGER PRIMARY KEY AUTOINCREMENT UNIQUE,"
+                       "`plug_symbolic`\tTEXT,`plug_filepath`\tTEXT,`plug_md5`\tTEXT);");
 const QString CREATE_EXTPOINT_TABLE = QStringLiteral(
-    "CREATE TABLE IF NOT EXISTS `tbl_extpoint` (`ep_id`\tTEXT UNIQUE,`ep_name`\tTEXT,`ep_plugin`\tTEXT,"
-    "`ep_description`\tTEXT,`ep_data`\tTEXT,PRIMARY KEY(ep_id));");
-const QString CREATE_EXTDATA_TABLE = QStringLiteral(
-    "CREATE TABLE IF NOT EXISTS `tbl_extdata` (`ed_id`\tINTEGER PRIMARY KEY AUTOINCREMENT UNIQUE,"
-    "`ed_point`\tTEXT,`ed_plugin`\tTEXT,`ed_extPlugin`\tTEXT,`ed_data`\tTEXT);");
+        "CREATE TABLE IF NOT EXISTS `tbl_extpoint` (`ep_id`\tTEXT UNIQUE,`ep_name`\tTEXT,`ep_plugin`\tTEXT,"
+        "`ep_description`\tTEXT,`ep_data`\tTEXT,PRIMARY KEY(ep_id));");
+const QString CREATE_EXTDATA_TABLE =
+        QStringLiteral("CREATE TABLE IF NOT EXISTS `tbl_extdata` (`ed_id`\tINTEGER PRIMARY KEY AUTOINCREMENT UNIQUE,"
+                       "`ed_point`\tTEXT,`ed_plugin`\tTEXT,`ed_extPlugin`\tTEXT,`ed_data`\tTEXT);");
 
 const QString SELECT_PLUGIN = QStringLiteral("SELECT * FROM `tbl_plugin` WHERE `plug_symbolic` = '%1'");
 const QString INSERT_PLUGIN = QStringLiteral(
-    "INSERT INTO `tbl_plugin` (`plug_symbolic`, `plug_filepath`, `plug_md5`) VALUES('%1', '%2', '%3');");
+        "INSERT INTO `tbl_plugin` (`plug_symbolic`, `plug_filepath`, `plug_md5`) VALUES('%1', '%2', '%3');");
 // No WHERE: every row gets this digest, so all other files count as changed next
 // time. Costly re-parsing, but the stored data stays right; kept on purpose.
 const QString UPDATE_PLUGIN_DIGEST = QStringLiteral("UPDATE `tbl_plugin` SET `plug_md5`='%1';");
@@ -40,27 +40,27 @@ const QString DELETE_DATA = QStringLiteral("DELETE FROM `tbl_extdata` WHERE `ed_
 // Two statements in one text, which the driver refuses to prepare: this removes
 // nothing. writeExtensionPlugin does the real removal.
 const QString DELETE_EXTENSIONS = QStringLiteral(
-    "DELETE FROM `tbl_extpoint` WHERE `ep_plugin` = '%1';DELETE FROM `tbl_extdata` WHERE `ed_plugin` = '%1';");
-const QString INSERT_POINT = QStringLiteral(
-    "INSERT INTO `tbl_extpoint` (`ep_id`, `ep_name`, `ep_plugin`, `ep_description`, `ep_data`) "
-    "VALUES(?, ?, ?, ?, ?);");
+        "DELETE FROM `tbl_extpoint` WHERE `ep_plugin` = '%1';DELETE FROM `tbl_extdata` WHERE `ed_plugin` = '%1';");
+const QString INSERT_POINT =
+        QStringLiteral("INSERT INTO `tbl_extpoint` (`ep_id`, `ep_name`, `ep_plugin`, `ep_description`, `ep_data`) "
+                       "VALUES(?, ?, ?, ?, ?);");
 const QString INSERT_DATA = QStringLiteral(
-    "INSERT INTO `tbl_extdata` (`ed_point`, `ed_plugin`, `ed_extPlugin`, `ed_data`) VALUES(?, ?, ?, ?);");
-const QString SELECT_PLUGIN_RECORD = QStringLiteral(
-    "SELECT `plug_symbolic`, `plug_md5` FROM `tbl_plugin` WHERE `plug_filepath` = '%1'");
+        "INSERT INTO `tbl_extdata` (`ed_point`, `ed_plugin`, `ed_extPlugin`, `ed_data`) VALUES(?, ?, ?, ?);");
+const QString SELECT_PLUGIN_RECORD =
+        QStringLiteral("SELECT `plug_symbolic`, `plug_md5` FROM `tbl_plugin` WHERE `plug_filepath` = '%1'");
 const QString SELECT_TEXTS = QStringLiteral(
-    "SELECT `ed_data` FROM `tbl_extdata` WHERE `ed_point` = '%1' AND `ed_extPlugin` = '%2' AND `ed_plugin` IN "
-    "(SELECT `plug_symbolic` FROM `tbl_plugin` WHERE `plug_symbolic` IN ('%3'));");
+        "SELECT `ed_data` FROM `tbl_extdata` WHERE `ed_point` = '%1' AND `ed_extPlugin` = '%2' AND `ed_plugin` IN "
+        "(SELECT `plug_symbolic` FROM `tbl_plugin` WHERE `plug_symbolic` IN ('%3'));");
 const QString SELECT_TEXTS_OF_FILE = QStringLiteral(
-    "SELECT `ed_point`, `ed_data` FROM `tbl_extdata` WHERE `ed_plugin` IN "
-    "(SELECT `plug_symbolic` FROM `tbl_plugin` WHERE `plug_filepath` = '%1') AND `ed_extPlugin` IN ('%2');");
+        "SELECT `ed_point`, `ed_data` FROM `tbl_extdata` WHERE `ed_plugin` IN "
+        "(SELECT `plug_symbolic` FROM `tbl_plugin` WHERE `plug_filepath` = '%1') AND `ed_extPlugin` IN ('%2');");
 
 const QString ACTIVE_SEPARATOR = QStringLiteral("','");
 
 // Every table and column of the store, in one statement: a store that another
 // process holds locked costs one busy wait here, not one per table.
 const QString SELECT_SCHEMA = QStringLiteral(
-    "SELECT m.name, p.name FROM sqlite_master AS m JOIN pragma_table_info(m.name) AS p WHERE m.type = 'table'");
+        "SELECT m.name, p.name FROM sqlite_master AS m JOIN pragma_table_info(m.name) AS p WHERE m.type = 'table'");
 
 // What the running system reads; tbl_extpoint is only written.
 const struct
@@ -68,8 +68,8 @@ const struct
     const char *table;
     QList<const char *> columns;
 } REQUIRED_TABLES[] = {
-    {"tbl_plugin", {"plug_id", "plug_symbolic", "plug_filepath", "plug_md5"}},
-    {"tbl_extdata", {"ed_id", "ed_point", "ed_plugin", "ed_extPlugin", "ed_data"}},
+        {"tbl_plugin", {"plug_id", "plug_symbolic", "plug_filepath", "plug_md5"}},
+        {"tbl_extdata", {"ed_id", "ed_point", "ed_plugin", "ed_extPlugin", "ed_data"}},
 };
 
 // SQLite's "database disk image is malformed" and "file is not a database".
@@ -126,8 +126,8 @@ void ExtensionStoragePrivate::healIfUnusable()
     for (int n = 2; QFile::exists(aside); ++n)
         aside = stamped + QStringLiteral("-%1").arg(n);
     if (!QFile::rename(path, aside)) {
-        ES_DEBUG_IF_SHOWN() << "[ERROR] > extension.dat is not a usable store:" << found << "- it cannot be moved aside to"
-                 << aside << "and stays as it is";
+        ES_DEBUG_IF_SHOWN() << "[ERROR] > extension.dat is not a usable store:" << found
+                            << "- it cannot be moved aside to" << aside << "and stays as it is";
         db.open();
         return;
     }
@@ -137,7 +137,7 @@ void ExtensionStoragePrivate::healIfUnusable()
             QFile::rename(path + QLatin1String(suffix), aside + QLatin1String(suffix));
     }
     ES_DEBUG_IF_SHOWN() << "[DB] > extension.dat is not a usable store:" << found << "- moved it to" << aside
-             << "and started a new one";
+                        << "and started a new one";
     db.open();
 }
 
@@ -209,12 +209,14 @@ ExtensionStorage::ExtensionStorage(const QDir &dataDir, QObject *parent)
     d->db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QLatin1String(QSqlDatabase::defaultConnection));
 
     if (!dataDir.exists() && !dataDir.mkpath(dataDir.absolutePath())) {
-        ES_DEBUG_IF_SHOWN() << "[Error] > ExtensionStorage: Cannot find the data storage path:" << dataDir.absolutePath();
+        ES_DEBUG_IF_SHOWN() << "[Error] > ExtensionStorage: Cannot find the data storage path:"
+                            << dataDir.absolutePath();
         // Lands in the working directory.
         d->db.setDatabaseName(DB_FILE_NAME);
     } else {
         d->db.setDatabaseName(dataDir.absoluteFilePath(DB_FILE_NAME));
-        ES_DEBUG_IF_SHOWN() << "ExtensionStorage > dbpath:" << dataDir.absoluteFilePath(DB_FILE_NAME) << d->db.databaseName();
+        ES_DEBUG_IF_SHOWN() << "ExtensionStorage > dbpath:" << dataDir.absoluteFilePath(DB_FILE_NAME)
+                            << d->db.databaseName();
     }
     d->initialize();
 }
@@ -354,7 +356,8 @@ QMultiHash<QString, QString> ExtensionStorage::extensionTextsOfFile(const QStrin
     d->query(SELECT_TEXTS_OF_FILE.arg(path, d->activePlugins.join(ACTIVE_SEPARATOR)), records);
     QMultiHash<QString, QString> texts;
     for (const QSqlRecord &record : qAsConst(records))
-        texts.insert(record.value(QStringLiteral("ed_point")).toString(), record.value(QStringLiteral("ed_data")).toString());
+        texts.insert(record.value(QStringLiteral("ed_point")).toString(),
+                     record.value(QStringLiteral("ed_data")).toString());
     return texts;
 }
 

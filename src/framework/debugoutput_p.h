@@ -24,9 +24,9 @@ inline bool debugOutputEnabled()
 // qDebug() for every debug line of the library, skipped, text and all, when
 // debug output is off: what is printed stays the same, and nothing is built
 // for a line nobody sees.
-#define ES_DEBUG_IF_SHOWN() \
-    if (!ExtensionSystem::Internal::debugOutputEnabled()) { \
-    } else \
+#define ES_DEBUG_IF_SHOWN()                                                                                            \
+    if (!ExtensionSystem::Internal::debugOutputEnabled()) {                                                            \
+    } else                                                                                                             \
         qDebug()
 
 #endif // EXTENSIONSYSTEM_DEBUGOUTPUT_P_H

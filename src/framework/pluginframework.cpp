@@ -25,8 +25,7 @@ PluginFrameworkPrivate::PluginFrameworkPrivate()
     : state(PluginFramework::FrameworkUninitialized)
     , context(nullptr)
     , error(0)
-{
-}
+{ }
 
 PluginFrameworkPrivate::~PluginFrameworkPrivate()
 {
@@ -119,12 +118,11 @@ void PluginFramework::init()
     const QDir pluginsDir = PluginFrameworkConfig::pluginsDir();
 
     ES_DEBUG_IF_SHOWN() << "Framework Configure:"
-             << "\n |-> plugin dir:           " << pluginsDir.path()
-             << "\n |-> language dir:         " << languagePath
-             << "\n |-> config dir:           " << configPath
-             << "\n |-> language:             " << language
-             << "\n |-> loadEnabledPluginOnly:" << (enabledOnly ? "true" : "false")
-             << "\n |-> watchingPluginDir:    " << (watching ? "true" : "false");
+                        << "\n |-> plugin dir:           " << pluginsDir.path()
+                        << "\n |-> language dir:         " << languagePath
+                        << "\n |-> config dir:           " << configPath << "\n |-> language:             " << language
+                        << "\n |-> loadEnabledPluginOnly:" << (enabledOnly ? "true" : "false")
+                        << "\n |-> watchingPluginDir:    " << (watching ? "true" : "false");
 
     if (!pluginsDir.exists()) {
         d->error = PluginsDirMissingError;

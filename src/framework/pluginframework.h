@@ -31,10 +31,7 @@ public:
     Q_ENUM(State)
 
     // The numbers of error() and errorOccured().
-    enum Error {
-        NoError = 0,
-        PluginsDirMissingError = 1
-    };
+    enum Error { NoError = 0, PluginsDirMissingError = 1 };
 
     explicit PluginFramework(QObject *parent = nullptr);
     ~PluginFramework() override;

@@ -49,13 +49,11 @@ PluginFrameworkConfigPrivate::~PluginFrameworkConfigPrivate()
 
 PluginFrameworkConfig::PluginFrameworkConfig(QObject *parent)
     : QObject(*new PluginFrameworkConfigPrivate, parent)
-{
-}
+{ }
 
 PluginFrameworkConfig::PluginFrameworkConfig(PluginFrameworkConfigPrivate &dd, QObject *parent)
     : QObject(dd, parent)
-{
-}
+{ }
 
 PluginFrameworkConfig::~PluginFrameworkConfig() = default;
 
@@ -72,9 +70,8 @@ QDir PluginFrameworkConfig::languageDir()
 QDir PluginFrameworkConfig::configDir()
 {
     // Everything before the first dot of the file name, so "a.b.exe" keeps "a".
-    const QString program = QCoreApplication::applicationFilePath()
-                                .section(QLatin1Char('/'), -1, -1)
-                                .section(QLatin1Char('.'), 0, 0);
+    const QString program =
+            QCoreApplication::applicationFilePath().section(QLatin1Char('/'), -1, -1).section(QLatin1Char('.'), 0, 0);
     return appSubDir(PluginFrameworkConstance::CONFIG_DIR + QLatin1Char('/') + program);
 }
 
@@ -107,8 +104,7 @@ void PluginFrameworkConfig::setWatchPluginsDirectory(bool on)
 PluginFrameworkConfig::StartupPolicy PluginFrameworkConfig::pluginStartupPolicy(const QString &symbolic) const
 {
     Q_D(const PluginFrameworkConfig);
-    const QString text = d->settings->value(PLUGIN_POLICY_KEY.arg(symbolic), QVariant())
-                             .toString().trimmed().toLower();
+    const QString text = d->settings->value(PLUGIN_POLICY_KEY.arg(symbolic), QVariant()).toString().trimmed().toLower();
     return static_cast<StartupPolicy>(d->policyNames.key(text, PolicyUndefine));
 }
 

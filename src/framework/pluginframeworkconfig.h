@@ -21,11 +21,7 @@ class EXTENSIONSYSTEM_EXPORT PluginFrameworkConfig : public QObject
     ES_DECLARE_PRIVATE(PluginFrameworkConfig)
 
 public:
-    enum StartupPolicy {
-        PolicyDisable = -1,
-        PolicyUndefine = 0,
-        PolicyEnable = 1
-    };
+    enum StartupPolicy { PolicyDisable = -1, PolicyUndefine = 0, PolicyEnable = 1 };
     Q_ENUM(StartupPolicy)
 
     explicit PluginFrameworkConfig(QObject *parent = nullptr);

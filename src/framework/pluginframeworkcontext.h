@@ -34,7 +34,6 @@ public:
     int error;
     QString errorString;
 
-
     void handleError(int error, const QString &errorString);
 
 private:

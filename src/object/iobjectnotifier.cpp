@@ -6,8 +6,7 @@ namespace ExtensionSystem {
 
 IObjectNotifier::IObjectNotifier()
     : object(nullptr)
-{
-}
+{ }
 
 IObjectNotifier::~IObjectNotifier()
 {

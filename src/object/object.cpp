@@ -13,8 +13,7 @@ namespace {
 
 // Runs call on every notifier of a copy of the list, so that a notifier that attaches
 // or detaches during the pass does not disturb it.
-template <typename Call>
-void notifyAll(const QList<IObjectNotifier *> notifiers, Call call)
+template<typename Call> void notifyAll(const QList<IObjectNotifier *> notifiers, Call call)
 {
     for (IObjectNotifier *notifier : notifiers) {
         if (notifier)
@@ -31,8 +30,7 @@ ObjectPrivate::ObjectPrivate()
     , parent(nullptr)
     , wasDeleted(false)
     , q_ptr(q)
-{
-}
+{ }
 
 ObjectPrivate::~ObjectPrivate()
 {
@@ -71,8 +69,7 @@ void ObjectPrivate::removeChildEntry(int index, Object *child)
 
 Object::Object(Object *parent)
     : Object(*new ObjectPrivate, parent)
-{
-}
+{ }
 
 Object::Object(ObjectPrivate &dd, Object *parent)
     : d_ptr(&dd)
@@ -282,9 +279,7 @@ void Object::setParent(Object *parent)
     d->parent = parent;
 
     // The old parent is no longer known here: both arguments carry the new one.
-    notifyAll(d->notifiers, [parent](IObjectNotifier *notifier) {
-        notifier->parentChanged(parent, parent);
-    });
+    notifyAll(d->notifiers, [parent](IObjectNotifier *notifier) { notifier->parentChanged(parent, parent); });
 
     if (parent && !d->pendingEvents.isEmpty()) {
         // Taken out first, so that a re-entrant setParent cannot hand them on twice.

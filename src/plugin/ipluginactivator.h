@@ -15,7 +15,7 @@ class PluginContext;
 class IPluginActivator
 {
 public:
-    virtual ~IPluginActivator() {}
+    virtual ~IPluginActivator() { }
     virtual void start(PluginContext *context) = 0;
     virtual void stop(PluginContext *context) = 0;
 };

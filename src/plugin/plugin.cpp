@@ -35,14 +35,14 @@ PluginPrivate::PluginPrivate(const QFileInfo &file, PluginFrameworkContext *cont
     loader.setLoadHints(PluginResolver::libraryLoadHints());
     if (!loader.load() && !loader.isLoaded()) {
         error = Plugin::LoadError;
-        errorString = QObject::tr("Cannot load plugin library: %1, error: %2")
-                          .arg(fileInfo.fileName(), loader.errorString());
+        errorString =
+                QObject::tr("Cannot load plugin library: %1, error: %2").arg(fileInfo.fileName(), loader.errorString());
         ES_DEBUG_IF_SHOWN() << "[ERROR] loading:" << fileInfo.fileName() << ">" << loader.errorString();
     }
     if (!loader.instance()) {
         error = Plugin::InstanceError;
         errorString = QObject::tr("Cannot instance plugin library: %1, error: %2")
-                          .arg(fileInfo.fileName(), loader.errorString());
+                              .arg(fileInfo.fileName(), loader.errorString());
         ES_DEBUG_IF_SHOWN() << "[ERROR] loading:" << fileInfo.fileName() << ">" << loader.errorString();
         return;
     }
@@ -90,7 +90,8 @@ Plugin::Plugin(const QFileInfo &file, PluginFrameworkContext *context, QObject *
 
 Plugin::~Plugin()
 {
-    ES_DEBUG_IF_SHOWN() << "virtual ExtensionSystem::Plugin::~Plugin()" << ">" << symbolic();
+    ES_DEBUG_IF_SHOWN() << "virtual ExtensionSystem::Plugin::~Plugin()"
+                        << ">" << symbolic();
     setState(PluginInfo::Uninstalled);
 }
 
@@ -189,7 +190,7 @@ void Plugin::start()
                 dependencies << QStringLiteral("%1: v%2").arg(dependency.symbolic(), dependency.version());
         }
         d->handleError(NotResolvedError, tr("The Plugin: %1 is not resolved, dependency: %2")
-                              .arg(d->loader.fileName(), dependencies.join(QStringLiteral(", "))));
+                                                 .arg(d->loader.fileName(), dependencies.join(QStringLiteral(", "))));
         return;
     }
     case PluginInfo::Uninstalled:
@@ -202,14 +203,15 @@ void Plugin::start()
     d->activator = qobject_cast<IPluginActivator *>(d->loader.instance());
     if (!d->activator) {
         // Without an activator there is nothing to start: stay Resolved and say why.
-        d->handleError(NoActivatorError, tr("Cannot start plugin: %1, its root object does not implement %2")
-                              .arg(d->loader.fileName(), QStringLiteral(ExtensionSystem_IPluginActivator_iid)));
+        d->handleError(NoActivatorError,
+                       tr("Cannot start plugin: %1, its root object does not implement %2")
+                               .arg(d->loader.fileName(), QStringLiteral(ExtensionSystem_IPluginActivator_iid)));
         return;
     }
 
     setState(PluginInfo::Starting);
-    const QString translation = QStringLiteral("%1/languages/%2.qm")
-                                    .arg(d->fileInfo.absolutePath(), QLocale::system().name());
+    const QString translation =
+            QStringLiteral("%1/languages/%2.qm").arg(d->fileInfo.absolutePath(), QLocale::system().name());
     // Empty, not null: null arguments would make QTranslator try other names too.
     const QString none(QLatin1String(""));
     if (d->translator.load(translation, none, none, none))

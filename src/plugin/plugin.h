@@ -15,7 +15,7 @@ class PluginMetaData;
 namespace Internal {
 class PluginFrameworkContext;
 class PluginPrivate;
-}
+} // namespace Internal
 
 // One plug-in library: loaded at construction, started and stopped through the
 // activator that its root object implements.

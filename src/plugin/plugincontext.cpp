@@ -51,8 +51,7 @@ QString PluginContextPrivate::nameOrSelf(const QString &symbolic) const
 
 PluginContext::PluginContext(Plugin *plugin, PluginFrameworkContext *context, QObject *parent)
     : QObject(*new PluginContextPrivate(context, plugin), parent)
-{
-}
+{ }
 
 PluginContext::~PluginContext() = default;
 

@@ -32,7 +32,7 @@ class ServiceRegistration;
 namespace Internal {
 class PluginContextPrivate;
 class PluginFrameworkContext;
-}
+} // namespace Internal
 
 // What a plug-in gets in its activator's start() and stop(): its one door into
 // the system, which files everything it does under its symbolic name.
@@ -78,8 +78,9 @@ public:
     ServiceRegistration registerService(QObject *service, const QStringList &classes,
                                         const QHash<QString, QVariant> &properties = QHash<QString, QVariant>());
     void unregisterService(const ServiceRegistration &registration);
-    QList<ServiceReference> findServiceReferences(
-        const QString &clazz, const QHash<QString, QVariant> &filter = QHash<QString, QVariant>()) const;
+    QList<ServiceReference>
+    findServiceReferences(const QString &clazz,
+                          const QHash<QString, QVariant> &filter = QHash<QString, QVariant>()) const;
     // Counts the call for this plug-in; a factory makes the object for it.
     QObject *getService(const ServiceReference &reference);
     void ungetService(const ServiceReference &reference, QObject *service);

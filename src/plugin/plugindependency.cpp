@@ -8,17 +8,14 @@ using namespace Internal;
 PluginDependencyPrivate::PluginDependencyPrivate()
     : resolved(false)
     , versionKey(30, QLatin1Char('0'))
-{
-}
+{ }
 
-PluginDependencyPrivate::PluginDependencyPrivate(const QString &symbolic, const QString &version,
-                                                 bool resolved)
+PluginDependencyPrivate::PluginDependencyPrivate(const QString &symbolic, const QString &version, bool resolved)
     : symbolic(symbolic)
     , version(version)
     , resolved(resolved)
     , versionKey(computeVersionKey(version))
-{
-}
+{ }
 
 // Each field is QString("%1").arg(byte, 10, QLatin1Char('0')): nine '0' and the
 // component's low byte as one Latin-1 character, written into a key of 30
@@ -44,19 +41,15 @@ QString PluginDependencyPrivate::computeVersionKey(const QString &version)
 
 PluginDependency::PluginDependency()
     : d_ptr(new PluginDependencyPrivate)
-{
-}
+{ }
 
 PluginDependency::PluginDependency(const QString &symbolic, const QString &version)
     : d_ptr(new PluginDependencyPrivate(symbolic, version, false))
-{
-}
+{ }
 
 PluginDependency::PluginDependency(const PluginDependency &other)
-    : d_ptr(new PluginDependencyPrivate(other.d_ptr->symbolic, other.d_ptr->version,
-                                        other.d_ptr->resolved))
-{
-}
+    : d_ptr(new PluginDependencyPrivate(other.d_ptr->symbolic, other.d_ptr->version, other.d_ptr->resolved))
+{ }
 
 PluginDependency &PluginDependency::operator=(const PluginDependency &other)
 {
@@ -106,7 +99,7 @@ bool PluginDependency::operator==(const PluginDependency &other) const
 {
     Q_D(const PluginDependency);
     return QString::compare(d->symbolic, other.d_ptr->symbolic, Qt::CaseSensitive) == 0
-        && QString::compare(d->version, other.d_ptr->version, Qt::CaseSensitive) == 0;
+           && QString::compare(d->version, other.d_ptr->version, Qt::CaseSensitive) == 0;
 }
 
 bool PluginDependency::checkCompatible(const QString &symbolic, const QString &version,

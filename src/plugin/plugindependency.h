@@ -35,8 +35,7 @@ public:
 
     bool operator==(const PluginDependency &other) const;
 
-    bool checkCompatible(const QString &symbolic, const QString &version,
-                         const QString &compatVersion) const;
+    bool checkCompatible(const QString &symbolic, const QString &version, const QString &compatVersion) const;
 
 private:
     QScopedPointer<Internal::PluginDependencyPrivate> d_ptr;

@@ -12,16 +12,14 @@ PluginInfoPrivate::PluginInfoPrivate()
     , valid(false)
     , startupPolicy(0)
     , eager(false)
-{
-}
+{ }
 
 PluginInfo::PluginInfo()
     : d(new PluginInfoPrivate)
-{
-}
+{ }
 
-PluginInfo::PluginInfo(const PluginMetaData *metaData, int state, bool valid,
-                       const QString &location, const QString &filepath, int startupPolicy)
+PluginInfo::PluginInfo(const PluginMetaData *metaData, int state, bool valid, const QString &location,
+                       const QString &filepath, int startupPolicy)
     : d(new PluginInfoPrivate)
 {
     d->symbolic = metaData->symbolic();
@@ -144,9 +142,9 @@ void PluginInfo::setStartupPolicy(int policy)
     d->startupPolicy = policy;
 }
 
-QMap<QString, QPair<QString, bool> > PluginInfo::dependency() const
+QMap<QString, QPair<QString, bool>> PluginInfo::dependency() const
 {
-    QMap<QString, QPair<QString, bool> > result;
+    QMap<QString, QPair<QString, bool>> result;
     for (const PluginDependency &dependency : qAsConst(d->dependencies))
         result.insert(dependency.symbolic(), qMakePair(dependency.version(), dependency.isResolved()));
     return result;

@@ -23,18 +23,11 @@ class EXTENSIONSYSTEM_EXPORT PluginInfo
 {
 public:
     // Single bits in start-up order; "startable" is tested as state > 3.
-    enum State {
-        Uninstalled = 1,
-        Installed = 2,
-        Resolved = 4,
-        Starting = 8,
-        Stopping = 16,
-        Active = 32
-    };
+    enum State { Uninstalled = 1, Installed = 2, Resolved = 4, Starting = 8, Stopping = 16, Active = 32 };
 
     PluginInfo();
-    PluginInfo(const PluginMetaData *metaData, int state, bool valid, const QString &location,
-               const QString &filepath, int startupPolicy);
+    PluginInfo(const PluginMetaData *metaData, int state, bool valid, const QString &location, const QString &filepath,
+               int startupPolicy);
     PluginInfo(const PluginInfo &other);
     PluginInfo &operator=(const PluginInfo &other);
     ~PluginInfo();
@@ -60,7 +53,7 @@ public:
     void setValid(bool valid);
     void setStartupPolicy(int policy);
 
-    QMap<QString, QPair<QString, bool> > dependency() const;
+    QMap<QString, QPair<QString, bool>> dependency() const;
 
 private:
     QSharedDataPointer<Internal::PluginInfoPrivate> d;

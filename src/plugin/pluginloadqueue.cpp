@@ -15,8 +15,7 @@ namespace Internal {
 
 PluginLoadQueue::PluginLoadQueue()
     : members(nullptr)
-{
-}
+{ }
 
 const PluginMetaData *PluginLoadQueue::validMetaData(const QString &symbolic) const
 {
@@ -46,8 +45,8 @@ bool PluginLoadQueue::resolve(const QString &self)
         for (const PluginDependency &dependency : dependencies) {
             if (dependency.symbolic() == self)
                 continue;
-            const PluginMetaData *provider = contains(dependency.symbolic())
-                                                 ? members->memberMetaData(dependency.symbolic()) : nullptr;
+            const PluginMetaData *provider =
+                    contains(dependency.symbolic()) ? members->memberMetaData(dependency.symbolic()) : nullptr;
             if (provider
                 && dependency.checkCompatible(provider->symbolic(), provider->version(), provider->compatVersion())) {
                 metaData->setDependencyResolved(dependency.symbolic(), true);

@@ -87,7 +87,8 @@ bool PluginManagerPrivate::installFile(const QFileInfo &fileinfo)
 {
     Q_Q(PluginManager);
     if (pluginFiles.value(fileinfo.filePath())) {
-        handleError(PluginManager::AlreadyInstalledError, QObject::tr("The specified plugin has been installed, file: %1").arg(fileinfo.filePath()));
+        handleError(PluginManager::AlreadyInstalledError,
+                    QObject::tr("The specified plugin has been installed, file: %1").arg(fileinfo.filePath()));
         return false;
     }
     ES_DEBUG_IF_SHOWN() << "   |->" << fileinfo.absoluteFilePath();
@@ -95,11 +96,13 @@ bool PluginManagerPrivate::installFile(const QFileInfo &fileinfo)
     auto *plugin = new Plugin(fileinfo, context, q);
     const QString symbolic = plugin->symbolic();
     if (plugins.value(symbolic)) {
-        handleError(PluginManager::SymbolicTakenError, QObject::tr("Exists the same symbolic, symbolic: %1").arg(symbolic));
+        handleError(PluginManager::SymbolicTakenError,
+                    QObject::tr("Exists the same symbolic, symbolic: %1").arg(symbolic));
         PluginProblem reason = PluginResolver::libraryProblem(fileinfo.completeBaseName(), plugin->metaData(),
                                                               plugin->loaderErrorString());
         if (!reason.isProblem())
-            reason = PluginProblem(PluginProblem::DuplicateName, symbolic, plugins.value(symbolic)->fileInfo().filePath());
+            reason = PluginProblem(PluginProblem::DuplicateName, symbolic,
+                                   plugins.value(symbolic)->fileInfo().filePath());
         refuse(plugin, reason);
         plugin->deleteLater();
         return false;
@@ -109,18 +112,21 @@ bool PluginManagerPrivate::installFile(const QFileInfo &fileinfo)
     ES_DEBUG_IF_SHOWN() << "     |->" << symbolic << ":" << policy;
     // Recorded before the lists are applied: a refused plug-in stays visible with its policy.
     if (plugin->metaData()) {
-        pluginInfos.insert(symbolic, PluginInfo(plugin->metaData(), plugin->state(), true,
-                                                fileinfo.absolutePath(), fileinfo.filePath(), policy));
+        pluginInfos.insert(symbolic, PluginInfo(plugin->metaData(), plugin->state(), true, fileinfo.absolutePath(),
+                                                fileinfo.filePath(), policy));
     }
     if (policy == PluginFrameworkConfig::PolicyDisable) {
-        handleError(PluginManager::BlacklistedError, QObject::tr("Plugin: '%1' in the blacklist, cannot install it!").arg(symbolic));
+        handleError(PluginManager::BlacklistedError,
+                    QObject::tr("Plugin: '%1' in the blacklist, cannot install it!").arg(symbolic));
         refuse(plugin, PluginProblem(PluginProblem::Blacklisted, symbolic));
         plugin->deleteLater();
         return false;
     }
     if (policy == PluginFrameworkConfig::PolicyUndefine && context->config->loadEnabledPluginOnly()) {
-        handleError(PluginManager::NotWhitelistedError, QObject::tr("Plugin: '%1' not in the whitelist, and loadEnabledPluginOnly is ON, "
-                                    "cannot install it!").arg(symbolic));
+        handleError(PluginManager::NotWhitelistedError,
+                    QObject::tr("Plugin: '%1' not in the whitelist, and loadEnabledPluginOnly is ON, "
+                                "cannot install it!")
+                            .arg(symbolic));
         refuse(plugin, PluginProblem(PluginProblem::NotWhitelisted, symbolic));
         plugin->deleteLater();
         return false;
@@ -192,8 +198,9 @@ PluginProblem PluginManagerPrivate::memberRefusal(const QString &symbolic) const
 void PluginManagerPrivate::pluginStateChanaged(const QString &symbolic, int from, int to)
 {
     Plugin *plugin = plugins.value(symbolic);
-    ES_DEBUG_IF_SHOWN() << "void ExtensionSystem::Internal::PluginManagerPrivate::pluginStateChanaged(const QString&, int, int)"
-             << ">" << symbolic << plugin << "- state:" << from << "->" << to;
+    ES_DEBUG_IF_SHOWN()
+            << "void ExtensionSystem::Internal::PluginManagerPrivate::pluginStateChanaged(const QString&, int, int)"
+            << ">" << symbolic << plugin << "- state:" << from << "->" << to;
     if (!plugin)
         return;
     auto info = pluginInfos.find(symbolic);
@@ -206,9 +213,8 @@ void PluginManagerPrivate::pluginStateChanaged(const QString &symbolic, int from
         index = loadQueue->indexOf(symbolic);
         total = loadQueue->size();
     }
-    const PluginEvent event(PluginEvent::Action(to), PluginEvent::Action(from), symbolic,
-                            plugin->location().path(), plugin->fileInfo().filePath(), plugin->version(),
-                            index, total);
+    const PluginEvent event(PluginEvent::Action(to), PluginEvent::Action(from), symbolic, plugin->location().path(),
+                            plugin->fileInfo().filePath(), plugin->version(), index, total);
     context->eventManager->publish(event);
 }
 
@@ -225,7 +231,8 @@ void PluginManagerPrivate::startStep(Plugin *plugin)
         plugin->start();
         return;
     }
-    handleError(PluginManager::NotResolvedError, QObject::tr("Cannot start plugin: %1, that is not resolved").arg(plugin->symbolic()));
+    handleError(PluginManager::NotResolvedError,
+                QObject::tr("Cannot start plugin: %1, that is not resolved").arg(plugin->symbolic()));
 }
 
 void PluginManagerPrivate::stopStep(Plugin *plugin)
@@ -238,14 +245,16 @@ void PluginManagerPrivate::stopStep(Plugin *plugin)
         plugin->stop();
         return;
     }
-    handleError(PluginManager::NotActiveError, QObject::tr("Cannot stop plugin: %1, that is not actived").arg(plugin->symbolic()));
+    handleError(PluginManager::NotActiveError,
+                QObject::tr("Cannot stop plugin: %1, that is not actived").arg(plugin->symbolic()));
 }
 
 void PluginManagerPrivate::start(const QString &symbolic)
 {
     ES_DEBUG_IF_SHOWN() << "void ExtensionSystem::Internal::PluginManagerPrivate::start(const QString&)" << symbolic;
     if (!plugins.value(symbolic)) {
-        handleError(PluginManager::NotInstalledError, QObject::tr("Cannot start plugin: %1, that is not installed").arg(symbolic));
+        handleError(PluginManager::NotInstalledError,
+                    QObject::tr("Cannot start plugin: %1, that is not installed").arg(symbolic));
         return;
     }
     const QStringList list = loadQueue->startList(symbolic);
@@ -261,7 +270,8 @@ void PluginManagerPrivate::stop(const QString &symbolic)
         return;
     }
     const QStringList list = loadQueue->stopList(symbolic);
-    ES_DEBUG_IF_SHOWN() << "void ExtensionSystem::Internal::PluginManagerPrivate::stop(const QString&)" << ">" << list;
+    ES_DEBUG_IF_SHOWN() << "void ExtensionSystem::Internal::PluginManagerPrivate::stop(const QString&)"
+                        << ">" << list;
     for (const QString &name : list)
         stopStep(plugins.value(name));
 }
@@ -354,8 +364,8 @@ QList<PluginProblem> PluginManager::problems(const QString &name) const
     if (!plugin)
         return {d->refusals.value(name, PluginProblem(PluginProblem::UnknownPlugin, name))};
 
-    const PluginProblem fileProblem = PluginResolver::libraryProblem(name, plugin->metaData(),
-                                                                     plugin->loaderErrorString());
+    const PluginProblem fileProblem =
+            PluginResolver::libraryProblem(name, plugin->metaData(), plugin->loaderErrorString());
     if (fileProblem.isProblem())
         return {fileProblem};
     switch (plugin->state()) {

@@ -20,7 +20,7 @@ class Plugin;
 namespace Internal {
 class PluginFrameworkContext;
 class PluginManagerPrivate;
-}
+} // namespace Internal
 
 // The registry of the plug-ins of one framework: installs them from the
 // plug-ins directory, resolves them through the load queue, starts and stops them.

@@ -29,8 +29,7 @@ PluginMetaDataPrivate::PluginMetaDataPrivate(const QString &filepath)
     , error(PluginMetaData::NoError)
     , errorString(QObject::tr("No Error"))
     , eager(false)
-{
-}
+{ }
 
 void PluginMetaDataPrivate::read()
 {

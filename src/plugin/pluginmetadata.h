@@ -24,8 +24,8 @@ public:
     // The numbers of error().
     enum Error {
         NoError = 0,
-        OpenError = 1,   // the file cannot be opened (a library without META.INF)
-        FormatError = 2  // the file names no symbolic
+        OpenError = 1, // the file cannot be opened (a library without META.INF)
+        FormatError = 2 // the file names no symbolic
     };
 
     explicit PluginMetaData(const QString &filepath);

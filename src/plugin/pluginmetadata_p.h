@@ -39,7 +39,7 @@ public:
     QString website;
     QString describe;
     QMap<QString, PluginDependency> dependencies; // key: symbolic name in lower case
-    QHash<QString, QString> properties;           // every line, key as written
+    QHash<QString, QString> properties; // every line, key as written
 };
 
 } // namespace Internal

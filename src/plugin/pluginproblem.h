@@ -25,23 +25,23 @@ class EXTENSIONSYSTEM_EXPORT PluginProblem
 public:
     enum Reason {
         NoProblem = 0,
-        UnknownPlugin,         // no installed plug-in or library has the name
-        LoadFailed,            // the library did not load; detail(): the loader's message
-        NoMetaFile,            // no META.INF resource; detail(): the resource path looked at
-        InvalidMetaFile,       // META.INF names no symbolic; detail(): its resource path
-        DuplicateName,         // another file holds the symbolic name; detail(): that file
-        Blacklisted,           // config.ini disables it; detail(): the value written there
-        NotWhitelisted,        // loadEnabledPluginOnly is on and the plug-in is not enabled
-        NoDependencyLine,      // META.INF has no dependency line, so it never resolves
-        DependencyCycle,       // cycle(): the names around the cycle, first one repeated
-        SelfDependency,        // dependency() is the plug-in itself
-        MissingDependency,     // dependency() is not installed; detail(): what stands in its place
-        IncompatibleVersion,   // dependency() is installed in a version that does not fit
+        UnknownPlugin, // no installed plug-in or library has the name
+        LoadFailed, // the library did not load; detail(): the loader's message
+        NoMetaFile, // no META.INF resource; detail(): the resource path looked at
+        InvalidMetaFile, // META.INF names no symbolic; detail(): its resource path
+        DuplicateName, // another file holds the symbolic name; detail(): that file
+        Blacklisted, // config.ini disables it; detail(): the value written there
+        NotWhitelisted, // loadEnabledPluginOnly is on and the plug-in is not enabled
+        NoDependencyLine, // META.INF has no dependency line, so it never resolves
+        DependencyCycle, // cycle(): the names around the cycle, first one repeated
+        SelfDependency, // dependency() is the plug-in itself
+        MissingDependency, // dependency() is not installed; detail(): what stands in its place
+        IncompatibleVersion, // dependency() is installed in a version that does not fit
         CapitalisedDependency, // dependency() is written with capitals and so is never met
-        UnresolvedDependency,  // dependency() is installed but does not resolve itself
-        NotResolved,           // does not resolve, for a reason none of the above names
-        NoActivator,           // the root object is not an activator, so it cannot start
-        NotStarted             // resolved, but not started yet or stopped since
+        UnresolvedDependency, // dependency() is installed but does not resolve itself
+        NotResolved, // does not resolve, for a reason none of the above names
+        NoActivator, // the root object is not an activator, so it cannot start
+        NotStarted // resolved, but not started yet or stopped since
     };
 
     PluginProblem();

@@ -12,7 +12,7 @@ class PluginResolverPrivate : public PluginLoadQueue::Members
 {
 public:
     PluginMetaData *memberMetaData(const QString &symbolic) const override { return installed.value(symbolic); }
-    void memberResolved(const QString &) override {}
+    void memberResolved(const QString &) override { }
     QStringList memberNames() const override { return names; }
     PluginProblem memberRefusal(const QString &symbolic) const override { return refused.value(symbolic); }
 

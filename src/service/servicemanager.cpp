@@ -19,8 +19,7 @@ ServiceManagerPrivate::ServiceManagerPrivate(PluginFrameworkContext *context)
     : error(NoError)
     , errorString(QObject::tr("No Error"))
     , context(context)
-{
-}
+{ }
 
 ServiceManagerPrivate::~ServiceManagerPrivate()
 {
@@ -48,8 +47,7 @@ void ServiceManagerPrivate::clearError()
 
 ServiceManager::ServiceManager(PluginFrameworkContext *context, QObject *parent)
     : QObject(*new ServiceManagerPrivate(context), parent)
-{
-}
+{ }
 
 ServiceManager::~ServiceManager() = default;
 
@@ -78,8 +76,7 @@ ServiceRegistration ServiceManager::registerService(Plugin *plugin, QObject *ser
     }
 
     if (d->objectRegistrations.contains(service)) {
-        d->handleError(ServiceManagerPrivate::AlreadyRegistered,
-                       QObject::tr("The service object has been registered"));
+        d->handleError(ServiceManagerPrivate::AlreadyRegistered, QObject::tr("The service object has been registered"));
         return ServiceRegistration();
     }
 
@@ -99,8 +96,7 @@ ServiceRegistration ServiceManager::registerService(Plugin *plugin, QObject *ser
     d->objectRegistrations.insert(service, registration);
     d->pluginRegistrations.insert(plugin, registration);
 
-    d->context->eventManager->publish(
-        ServiceEvent(ServiceEvent::Registered, plugin->symbolic(), classes, property));
+    d->context->eventManager->publish(ServiceEvent(ServiceEvent::Registered, plugin->symbolic(), classes, property));
     return registration;
 }
 
@@ -110,8 +106,7 @@ void ServiceManager::unregisterService(const ServiceRegistration &registration)
     // A handle without its plug-in, failed or unregistered, has nothing to name
     // in the event and is refused like one without a record.
     if (!registration || !registration.plugin()) {
-        d->handleError(ServiceManagerPrivate::InvalidRegistration,
-                       QObject::tr("The ServiceRegistration is invalid"));
+        d->handleError(ServiceManagerPrivate::InvalidRegistration, QObject::tr("The ServiceRegistration is invalid"));
         return;
     }
 
@@ -136,8 +131,8 @@ QList<ServiceReference> ServiceManager::findServiceReferences(const QString &cla
     if (clazz.isEmpty())
         return references;
     // Newest first, as the table holds them; the ranking plays no part.
-    for (auto it = d->classRegistrations.constFind(clazz);
-         it != d->classRegistrations.cend() && it.key() == clazz; ++it) {
+    for (auto it = d->classRegistrations.constFind(clazz); it != d->classRegistrations.cend() && it.key() == clazz;
+         ++it) {
         if (filter.isEmpty() || it.value().registration.match(filter))
             references.append(it.value().registration.reference());
     }

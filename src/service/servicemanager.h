@@ -18,7 +18,7 @@ class ServiceRegistration;
 namespace Internal {
 class PluginFrameworkContext;
 class ServiceManagerPrivate;
-}
+} // namespace Internal
 
 // The service registry of one framework: files services under their class
 // names, announces them as service events and answers lookups, newest first.
@@ -34,8 +34,7 @@ public:
     ServiceRegistration registerService(Plugin *plugin, QObject *service, const QStringList &classes,
                                         const QHash<QString, QVariant> &properties);
     void unregisterService(const ServiceRegistration &registration);
-    QList<ServiceReference> findServiceReferences(const QString &clazz,
-                                                  const QHash<QString, QVariant> &filter) const;
+    QList<ServiceReference> findServiceReferences(const QString &clazz, const QHash<QString, QVariant> &filter) const;
 
 signals:
     void errorOccured(int error, const QString &errorString);

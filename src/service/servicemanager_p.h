@@ -20,8 +20,7 @@ class FiledRegistration
 public:
     FiledRegistration(const ServiceRegistration &registration)
         : registration(registration)
-    {
-    }
+    { }
     // No assignment: a registration's assignment never releases the record it
     // held, and the tables must not leak on that account.
     FiledRegistration &operator=(const FiledRegistration &) = delete;

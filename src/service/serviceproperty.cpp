@@ -11,17 +11,14 @@ ServiceProperty::ServiceProperty()
 
 ServiceProperty::ServiceProperty(const QHash<QString, QVariant> &properties)
     : m_properties(properties)
-{
-}
+{ }
 
 ServiceProperty::ServiceProperty(const ServiceProperty &other)
     : m_properties(other.m_properties)
-{
-}
+{ }
 
-ServiceProperty::ServiceProperty(const QString &plugin, const QStringList &classList,
-                                 int serviceId, const QString &servicePid, bool isFactory,
-                                 const QHash<QString, QVariant> &properties)
+ServiceProperty::ServiceProperty(const QString &plugin, const QStringList &classList, int serviceId,
+                                 const QString &servicePid, bool isFactory, const QHash<QString, QVariant> &properties)
     : m_properties(properties)
 {
     // Written after the registrant's entries so that it cannot forge them.

@@ -27,9 +27,8 @@ public:
     ServiceProperty();
     ServiceProperty(const QHash<QString, QVariant> &properties);
     ServiceProperty(const ServiceProperty &other);
-    ServiceProperty(const QString &plugin, const QStringList &classList, int serviceId,
-                    const QString &servicePid, bool isFactory,
-                    const QHash<QString, QVariant> &properties);
+    ServiceProperty(const QString &plugin, const QStringList &classList, int serviceId, const QString &servicePid,
+                    bool isFactory, const QHash<QString, QVariant> &properties);
     ~ServiceProperty();
 
     // Merges: keys that only this object holds are kept.

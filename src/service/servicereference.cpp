@@ -28,8 +28,7 @@ namespace Internal {
 ServiceReferencePrivate::ServiceReferencePrivate(ServiceRegistrationPrivate *registration)
     : ref(1)
     , registration(registration)
-{
-}
+{ }
 
 QObject *ServiceReferencePrivate::getService(Plugin *consumer)
 {
@@ -84,13 +83,11 @@ void ServiceReferencePrivate::ungetService(Plugin *consumer, QObject *service)
 
 ServiceReference::ServiceReference()
     : d(new ServiceReferencePrivate(nullptr))
-{
-}
+{ }
 
 ServiceReference::ServiceReference(ServiceRegistrationPrivate *registration)
     : d(new ServiceReferencePrivate(registration))
-{
-}
+{ }
 
 ServiceReference::ServiceReference(const ServiceReference &other)
     : d(other.d)

@@ -15,7 +15,7 @@ class ServiceProperty;
 namespace Internal {
 class ServiceReferencePrivate;
 class ServiceRegistrationPrivate;
-}
+} // namespace Internal
 
 // A consumer's handle on a registered service, as lookups hand it out. It does
 // not keep the registration alive: stop using it when the service goes, which

@@ -25,8 +25,7 @@ public:
     QObject *getService(Plugin *consumer);
     void ungetService(Plugin *consumer, QObject *service);
 
-    static ServiceReferencePrivate *get(const ServiceReference &reference)
-    { return reference.d; }
+    static ServiceReferencePrivate *get(const ServiceReference &reference) { return reference.d; }
 
     QAtomicInt ref;
     // Not counted and never cleared: it dangles once the registration record is gone.

@@ -19,8 +19,7 @@ ServiceRegistrationPrivate::ServiceRegistrationPrivate(Plugin *plugin, QObject *
     , service(service)
     , properties(properties)
     , reference(this)
-{
-}
+{ }
 
 ServiceRegistrationPrivate::~ServiceRegistrationPrivate() = default;
 

@@ -22,8 +22,7 @@ public:
     bool isValid() const;
     bool operator<(const ServiceRegistrationPrivate &other) const;
 
-    static ServiceRegistrationPrivate *get(const ServiceRegistration &registration)
-    { return registration.d; }
+    static ServiceRegistrationPrivate *get(const ServiceRegistration &registration) { return registration.d; }
 
     QAtomicInt ref;
     Plugin *plugin;

@@ -79,8 +79,8 @@ bool list(QSqlDatabase &db, QTextStream &out)
         if (!rows.contains(plugin))
             strays << plugin;
         rows[plugin].data << QObject::tr("%1 of %2: %3")
-                                 .arg(query.value(1).toString(), query.value(2).toString(),
-                                      shortened(query.value(3).toString()));
+                                     .arg(query.value(1).toString(), query.value(2).toString(),
+                                          shortened(query.value(3).toString()));
     }
     strays.removeDuplicates();
     order << strays;
@@ -112,8 +112,7 @@ bool list(QSqlDatabase &db, QTextStream &out)
 
 ExtensionListing::ExtensionListing(const QString &storeFile)
     : m_storeFile(storeFile)
-{
-}
+{ }
 
 bool ExtensionListing::write(QTextStream &out) const
 {

@@ -36,13 +36,12 @@ QSet<QString> metaResources()
 Inspector::Inspector(const QDir &applicationDir, const QString &program)
     : m_applicationDir(applicationDir)
     , m_program(program)
-{
-}
+{ }
 
 QString Inspector::defaultProgram(const QDir &applicationDir)
 {
     const QStringList programs = QDir(applicationDir.filePath(PluginFrameworkConstance::CONFIG_DIR))
-                                     .entryList(QDir::Dirs | QDir::NoDotAndDotDot);
+                                         .entryList(QDir::Dirs | QDir::NoDotAndDotDot);
     return programs.size() == 1 ? programs.first() : QString();
 }
 
@@ -126,7 +125,8 @@ void Inspector::scan()
     const QFileInfoList stray = PluginManager::libraryFiles(pluginsDir);
     for (const QFileInfo &file : stray)
         m_notes << QObject::tr("%1 lies directly in plugins/ and is not scanned: each plug-in needs a "
-                               "directory of its own").arg(relative(file.filePath()));
+                               "directory of its own")
+                           .arg(relative(file.filePath()));
 
     const QFileInfoList directories = pluginsDir.entryInfoList(QDir::Dirs | QDir::NoSymLinks | QDir::NoDotAndDotDot);
     for (const QFileInfo &directory : directories) {
@@ -184,8 +184,8 @@ void Inspector::install(int index)
     record.policy = policy(record.symbolic);
     if (record.policy == PluginFrameworkConfig::PolicyDisable) {
         record.refusal = PluginRecord::Blacklisted;
-        record.refusalReason = PluginProblem(PluginProblem::Blacklisted, record.symbolic,
-                                             m_policies.value(record.symbolic));
+        record.refusalReason =
+                PluginProblem(PluginProblem::Blacklisted, record.symbolic, m_policies.value(record.symbolic));
     } else if (record.policy == PluginFrameworkConfig::PolicyUndefine && m_loadEnabledPluginOnly) {
         record.refusal = PluginRecord::NotWhitelisted;
         record.refusalReason = PluginProblem(PluginProblem::NotWhitelisted, record.symbolic);
@@ -201,14 +201,14 @@ void Inspector::install(int index)
 void Inspector::explain(PluginRecord &record)
 {
     // What is wrong with the file itself comes first: the framework meets it on loading.
-    const PluginProblem fileProblem = PluginResolver::libraryProblem(record.symbolic, record.metaData.get(),
-                                                                     record.loadError);
+    const PluginProblem fileProblem =
+            PluginResolver::libraryProblem(record.symbolic, record.metaData.get(), record.loadError);
     if (fileProblem.isProblem()) {
         record.problem = fileProblem.reason();
         QString text = fileProblem.text();
         if (!record.foreignResources.isEmpty())
             text += QObject::tr(" (this one carries %1: was the file renamed?)")
-                        .arg(record.foreignResources.join(QStringLiteral(", ")));
+                            .arg(record.foreignResources.join(QStringLiteral(", ")));
         record.reasons << text;
     }
     if (record.refusal != PluginRecord::NotRefused) {

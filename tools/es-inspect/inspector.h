@@ -21,22 +21,22 @@ struct PluginRecord
 {
     enum Refusal { NotRefused, Duplicate, Blacklisted, NotWhitelisted };
 
-    QString filePath;          // absolute
-    QString relativePath;      // below the application directory
-    QString loadError;         // the loader's message when the library did not load
-    QString resourcePath;      // where the metadata was looked for
+    QString filePath; // absolute
+    QString relativePath; // below the application directory
+    QString loadError; // the loader's message when the library did not load
+    QString resourcePath; // where the metadata was looked for
     QStringList foreignResources; // metadata resources the library brought under another name
     bool activator = false;
     std::shared_ptr<ExtensionSystem::PluginMetaData> metaData; // null when the library did not load
-    QString symbolic;          // the name the framework files the plug-in under
+    QString symbolic; // the name the framework files the plug-in under
     int policy = 0;
     Refusal refusal = NotRefused;
-    QString duplicateOf;       // relative path of the file that kept the name
+    QString duplicateOf; // relative path of the file that kept the name
     ExtensionSystem::PluginProblem refusalReason;
-    int queuePosition = -1;    // -1 when it does not resolve
+    int queuePosition = -1; // -1 when it does not resolve
     // the first thing that keeps it out of the queue
     ExtensionSystem::PluginProblem::Reason problem = ExtensionSystem::PluginProblem::NoProblem;
-    QStringList reasons;       // why it does not resolve, in plain words
+    QStringList reasons; // why it does not resolve, in plain words
 
     bool resolves() const { return queuePosition >= 0; }
 };

@@ -42,10 +42,10 @@ int main(int argc, char *argv[])
 
     QCommandLineParser parser;
     parser.setApplicationDescription(
-        QObject::tr("Lists the plug-ins below <directory>/plugins with their metadata, says why each one that "
-                    "would not resolve does not, and prints the load queue the framework would compute. "
-                    "Reads only: no plug-in is started and no file is changed.\n"
-                    "Exit code: 0 when every plug-in resolves, 1 when one does not, 2 on bad usage."));
+            QObject::tr("Lists the plug-ins below <directory>/plugins with their metadata, says why each one that "
+                        "would not resolve does not, and prints the load queue the framework would compute. "
+                        "Reads only: no plug-in is started and no file is changed.\n"
+                        "Exit code: 0 when every plug-in resolves, 1 when one does not, 2 on bad usage."));
     const QCommandLineOption help = parser.addHelpOption();
     const QCommandLineOption program(QStringLiteral("program"),
                                      QObject::tr("Read config/<name>/ (default: the only directory in config/)."),
@@ -75,10 +75,10 @@ int main(int argc, char *argv[])
         return usageError(QObject::tr("no such directory: %1").arg(positional.first()));
     if (!QDir(applicationDir.filePath(ExtensionSystem::PluginFrameworkConstance::PLUGIN_DIR)).exists())
         return usageError(QObject::tr("%1 holds no %2/ directory: not an application directory")
-                              .arg(positional.first(), ExtensionSystem::PluginFrameworkConstance::PLUGIN_DIR));
+                                  .arg(positional.first(), ExtensionSystem::PluginFrameworkConstance::PLUGIN_DIR));
 
-    const QString programName = parser.isSet(program) ? parser.value(program)
-                                                      : Inspector::defaultProgram(applicationDir);
+    const QString programName =
+            parser.isSet(program) ? parser.value(program) : Inspector::defaultProgram(applicationDir);
     Inspector inspector(QDir(applicationDir.absolutePath()), programName);
     inspector.run();
 
@@ -91,10 +91,10 @@ int main(int argc, char *argv[])
         if (parser.isSet(extensions)) {
             out << '\n';
             const QString store = programName.isEmpty()
-                                      ? QString()
-                                      : applicationDir.absoluteFilePath(
-                                            ExtensionSystem::PluginFrameworkConstance::CONFIG_DIR + QLatin1Char('/')
-                                            + programName + QStringLiteral("/extension.dat"));
+                                          ? QString()
+                                          : applicationDir.absoluteFilePath(
+                                                  ExtensionSystem::PluginFrameworkConstance::CONFIG_DIR
+                                                  + QLatin1Char('/') + programName + QStringLiteral("/extension.dat"));
             ExtensionListing(store).write(out);
         }
     }

@@ -21,9 +21,8 @@ QString orNone(const QString &text)
 
 QString dependencyText(const PluginDependency &dependency)
 {
-    return dependency.version().isEmpty()
-               ? QObject::tr("%1 (no version: counts as 0.0.0)").arg(dependency.symbolic())
-               : QStringLiteral("%1 %2").arg(dependency.symbolic(), dependency.version());
+    return dependency.version().isEmpty() ? QObject::tr("%1 (no version: counts as 0.0.0)").arg(dependency.symbolic())
+                                          : QStringLiteral("%1 %2").arg(dependency.symbolic(), dependency.version());
 }
 
 QString dependenciesText(const PluginRecord &record)
@@ -126,8 +125,7 @@ QString quoted(QString text)
 
 Report::Report(const Inspector &inspector)
     : m_inspector(inspector)
-{
-}
+{ }
 
 void Report::writeText(QTextStream &out) const
 {
@@ -142,11 +140,11 @@ void Report::writeText(QTextStream &out) const
             << '\n';
     } else if (!in.configExists()) {
         out << QObject::tr("Configuration: %1 does not exist, so every policy is \"undefine\"")
-                   .arg(in.applicationDir().relativeFilePath(in.configFile()))
+                        .arg(in.applicationDir().relativeFilePath(in.configFile()))
             << '\n';
     } else {
         out << QObject::tr("Configuration: %1 (loadEnabledPluginOnly: %2)")
-                   .arg(in.applicationDir().relativeFilePath(in.configFile()), onOff)
+                        .arg(in.applicationDir().relativeFilePath(in.configFile()), onOff)
             << '\n';
     }
     out << QObject::tr("Plug-in libraries: %1").arg(plugins.size()) << "\n\n";
@@ -170,7 +168,8 @@ void Report::writeText(QTextStream &out) const
         if (record.policy != PluginFrameworkConfig::PolicyUndefine)
             line(QObject::tr("policy"), policyText(record.policy));
         if (record.resolves())
-            line(QObject::tr("status"), QObject::tr("resolved, position %1 in the load queue").arg(record.queuePosition + 1));
+            line(QObject::tr("status"),
+                 QObject::tr("resolved, position %1 in the load queue").arg(record.queuePosition + 1));
         else if (record.refusal != PluginRecord::NotRefused)
             line(QObject::tr("status"), QObject::tr("not installed"));
         else
@@ -207,7 +206,9 @@ void Report::writeText(QTextStream &out) const
         out << QObject::tr("Summary: all %1 plug-in libraries resolve.").arg(total) << '\n';
     else
         out << QObject::tr("Summary: %1 of %2 plug-in libraries resolve; %3 do not.")
-                   .arg(resolving).arg(total).arg(total - resolving)
+                        .arg(resolving)
+                        .arg(total)
+                        .arg(total - resolving)
             << '\n';
 }
 
@@ -249,8 +250,8 @@ void Report::writeDot(QTextStream &out) const
                 if (target.isEmpty()) {
                     target = QStringLiteral("m%1").arg(missing.size());
                     missing.insert(dependency.symbolic(), target);
-                    out << "    " << target << " [label="
-                        << quoted(dependency.symbolic() + QLatin1Char('\n') + QObject::tr("missing"))
+                    out << "    " << target
+                        << " [label=" << quoted(dependency.symbolic() + QLatin1Char('\n') + QObject::tr("missing"))
                         << ", style=dashed, fillcolor=white];\n";
                 }
             }

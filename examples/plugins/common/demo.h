@@ -12,7 +12,7 @@
 class IGreeter
 {
 public:
-    virtual ~IGreeter() {}
+    virtual ~IGreeter() { }
     virtual QString greet(const QString &who) const = 0;
 };
 Q_DECLARE_INTERFACE(IGreeter, "demo.IGreeter")
@@ -21,7 +21,7 @@ Q_DECLARE_INTERFACE(IGreeter, "demo.IGreeter")
 class IShell
 {
 public:
-    virtual ~IShell() {}
+    virtual ~IShell() { }
     // "id|title|plugin|handler" for every command item of the point.
     virtual QStringList commands() const = 0;
     // Activates a command item; starts its plug-in on demand.

@@ -18,7 +18,9 @@ class Greeter : public QObject, public IGreeter
     Q_OBJECT
     Q_INTERFACES(IGreeter)
 public:
-    explicit Greeter(const QString &consumer) : consumer(consumer) {}
+    explicit Greeter(const QString &consumer)
+        : consumer(consumer)
+    { }
     QString greet(const QString &who) const override
     {
         return QStringLiteral("Hello %1, from the greeter made for %2").arg(who, consumer);
@@ -34,7 +36,8 @@ class GreeterFactory : public QObject, public IServiceFactory
 public:
     QObject *createService(PluginContext *context) override
     {
-        tell(QStringLiteral("demo.core"), QStringLiteral("greeter factory makes a greeter for %1").arg(context->symbolic()));
+        tell(QStringLiteral("demo.core"),
+             QStringLiteral("greeter factory makes a greeter for %1").arg(context->symbolic()));
         auto *greeter = new Greeter(context->symbolic());
         made << greeter;
         return greeter;
@@ -51,7 +54,7 @@ public:
         static const QHash<int, QString> names = {{0, "uninitialized"}, {1, "initializing"}, {2, "initialized"},
                                                   {4, "stopping"},      {8, "starting"},     {16, "started"}};
         tell(QStringLiteral("demo.core"), QStringLiteral("framework listener: %1 -> %2")
-                                              .arg(names.value(event.prevAction()), names.value(event.action())));
+                                                  .arg(names.value(event.prevAction()), names.value(event.action())));
     }
 };
 
@@ -71,7 +74,7 @@ public:
         properties.insert(PluginConstance::SERVICE_DESCRIPTION, QStringLiteral("greets whoever asks"));
         registration = context->registerService(&factory, {QStringLiteral("demo.IGreeter")}, properties);
         tell(QStringLiteral("demo.core"), QStringLiteral("started: greeter factory registered as service %1")
-                                              .arg(registration.property().serviceId()));
+                                                  .arg(registration.property().serviceId()));
     }
     void stop(PluginContext *context) override
     {

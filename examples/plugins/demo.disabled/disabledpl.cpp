@@ -10,8 +10,11 @@ class DisabledActivator : public QObject, public ExtensionSystem::IPluginActivat
     Q_PLUGIN_METADATA(IID "extensionsystem.ipluginactivator/1.0")
     Q_INTERFACES(ExtensionSystem::IPluginActivator)
 public:
-    void start(ExtensionSystem::PluginContext *) override { tell(QStringLiteral("demo.disabled"), QStringLiteral("started?!")); }
-    void stop(ExtensionSystem::PluginContext *) override {}
+    void start(ExtensionSystem::PluginContext *) override
+    {
+        tell(QStringLiteral("demo.disabled"), QStringLiteral("started?!"));
+    }
+    void stop(ExtensionSystem::PluginContext *) override { }
 };
 
 #include "disabledpl.moc"

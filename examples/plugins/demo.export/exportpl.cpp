@@ -16,8 +16,7 @@ public:
     SaveHandler(const QString &plugin)
         : ExtensionHandler(QStringLiteral("export.save"), plugin, QStringLiteral("demo.commands"),
                            QStringLiteral("demo.shell"))
-    {
-    }
+    { }
     int active(QGenericArgument a0, QGenericArgument, QGenericArgument, QGenericArgument, QGenericArgument,
                QGenericArgument, QGenericArgument, QGenericArgument, QGenericArgument, QGenericArgument) override
     {
@@ -34,7 +33,9 @@ public:
 class ToolsListener : public ICustomizedListener
 {
 public:
-    ToolsListener() : ICustomizedListener(1001) {}
+    ToolsListener()
+        : ICustomizedListener(1001)
+    { }
     void customizedChanged(const CustomizedEvent &) override
     {
         tell(QStringLiteral("demo.export"), QStringLiteral("customised event 1001: a tool ran"));

@@ -21,7 +21,9 @@ namespace {
 class CommandPoint : public ExtensionPoint
 {
 public:
-    CommandPoint(const QString &plugin) : ExtensionPoint(QStringLiteral("demo.commands"), plugin) {}
+    CommandPoint(const QString &plugin)
+        : ExtensionPoint(QStringLiteral("demo.commands"), plugin)
+    { }
 
     QList<ExtensionData *> parseExtensionText(const QStringList &texts) override
     {
@@ -56,7 +58,9 @@ class Shell : public QObject, public IShell
     Q_OBJECT
     Q_INTERFACES(IShell)
 public:
-    explicit Shell(CommandPoint *point) : point(point) {}
+    explicit Shell(CommandPoint *point)
+        : point(point)
+    { }
     QStringList commands() const override
     {
         QStringList list;
@@ -64,10 +68,10 @@ public:
             auto *item = dynamic_cast<ExtensionData *>(point->childAt(i));
             if (!item)
                 continue;
-            list << QStringLiteral("%1|%2|%3|%4").arg(item->id(), item->attribute(QStringLiteral("title")).toString(),
-                                                     item->plugin(),
-                                                     item->extensionHandler() ? QStringLiteral("handler attached")
-                                                                              : QStringLiteral("no handler yet"));
+            list << QStringLiteral("%1|%2|%3|%4")
+                            .arg(item->id(), item->attribute(QStringLiteral("title")).toString(), item->plugin(),
+                                 item->extensionHandler() ? QStringLiteral("handler attached")
+                                                          : QStringLiteral("no handler yet"));
         }
         return list;
     }

@@ -14,7 +14,9 @@ namespace {
 class ToolsAdmin : public ExtensionHandlerAdmin
 {
 public:
-    ToolsAdmin() : ExtensionHandlerAdmin(nullptr) {}
+    ToolsAdmin()
+        : ExtensionHandlerAdmin(nullptr)
+    { }
 
     int callbackActived(const QString &id, QGenericArgument a0, QGenericArgument, QGenericArgument, QGenericArgument,
                         QGenericArgument, QGenericArgument, QGenericArgument, QGenericArgument, QGenericArgument,
@@ -67,11 +69,11 @@ public:
 public slots:
     void serviceChanged(ServiceEvent event)
     {
-        tell(QStringLiteral("demo.tools"), QStringLiteral("tracked service event: %1 %2 by %3")
-                                               .arg(event.action() == ServiceEvent::Registered
-                                                        ? QStringLiteral("registered")
-                                                        : QStringLiteral("unregistering"),
-                                                    event.classList().join(QLatin1Char(',')), event.plugin()));
+        tell(QStringLiteral("demo.tools"),
+             QStringLiteral("tracked service event: %1 %2 by %3")
+                     .arg(event.action() == ServiceEvent::Registered ? QStringLiteral("registered")
+                                                                     : QStringLiteral("unregistering"),
+                          event.classList().join(QLatin1Char(',')), event.plugin()));
     }
 
 private:

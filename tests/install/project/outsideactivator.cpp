@@ -1,4 +1,4 @@
 #include "outsideactivator.h"
 
-void OutsideActivator::start(ExtensionSystem::PluginContext *) {}
-void OutsideActivator::stop(ExtensionSystem::PluginContext *) {}
+void OutsideActivator::start(ExtensionSystem::PluginContext *) { }
+void OutsideActivator::stop(ExtensionSystem::PluginContext *) { }

@@ -13,9 +13,9 @@ namespace {
 class AdminHandlers : public ExtensionSystem::ExtensionHandlerAdmin
 {
 public:
-    int callbackActived(const QString &id, QGenericArgument a0, QGenericArgument, QGenericArgument,
+    int callbackActived(const QString &id, QGenericArgument a0, QGenericArgument, QGenericArgument, QGenericArgument,
                         QGenericArgument, QGenericArgument, QGenericArgument, QGenericArgument, QGenericArgument,
-                        QGenericArgument, QGenericArgument) override
+                        QGenericArgument) override
     {
         const bool isString = a0.data() && qstrcmp(a0.name(), "QString") == 0;
         const QString argument = isString ? *static_cast<const QString *>(a0.data()) : QString();
@@ -42,7 +42,8 @@ public:
         admin = new AdminHandlers;
         admin->setPluginContext(context);
         for (const QString &id : {QStringLiteral("admin.first"), QStringLiteral("admin.second")})
-            admin->makeExtensionHandler(id, context->symbolic(), QStringLiteral("ext.host"), QStringLiteral("test.point"));
+            admin->makeExtensionHandler(id, context->symbolic(), QStringLiteral("ext.host"),
+                                        QStringLiteral("test.point"));
     }
     void stop(ExtensionSystem::PluginContext *context) override
     {

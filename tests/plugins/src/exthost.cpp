@@ -13,7 +13,9 @@ namespace {
 class TestPoint : public ExtensionSystem::ExtensionPoint
 {
 public:
-    TestPoint(const QString &id, const QString &plugin) : ExtensionPoint(id, plugin) {}
+    TestPoint(const QString &id, const QString &plugin)
+        : ExtensionPoint(id, plugin)
+    { }
 
     QList<ExtensionSystem::ExtensionData *> parseExtensionText(const QStringList &texts) override
     {
@@ -36,7 +38,8 @@ public:
                 auto *data = new ExtensionSystem::ExtensionData;
                 data->setData(ExtensionSystem::ExtensionData::IdRole, id);
                 data->setData(ExtensionSystem::ExtensionData::PluginRole, extData.attribute(QStringLiteral("plugin")));
-                data->setData(ExtensionSystem::ExtensionData::ExtPluginRole, extData.attribute(QStringLiteral("extPlugin")));
+                data->setData(ExtensionSystem::ExtensionData::ExtPluginRole,
+                              extData.attribute(QStringLiteral("extPlugin")));
                 data->setData(ExtensionSystem::ExtensionData::PointIdRole, this->id());
                 data->setAttribute(QStringLiteral("title"), item.attribute(QStringLiteral("title")));
                 items << data;

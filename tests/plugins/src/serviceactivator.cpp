@@ -80,9 +80,9 @@ void ServiceActivator::registerServices(PluginContext *context)
             continue;
         }
         log(QStringLiteral("registered %1 %2 %3")
-                .arg(name)
-                .arg(registration.property().serviceId())
-                .arg(registration.reference().property(PluginConstance::SERVICE_PID).toString()));
+                    .arg(name)
+                    .arg(registration.property().serviceId())
+                    .arg(registration.reference().property(PluginConstance::SERVICE_PID).toString()));
         m_registrations << registration;
     }
 }
@@ -107,7 +107,7 @@ void ServiceActivator::consumeServices(PluginContext *context)
             object = context->getService(references.first());
             got.insert(clazz, object);
         }
-        log(QStringLiteral("%1 %2 %3").arg(context->symbolic(), action,
-                                            object ? object->objectName() : QStringLiteral("null")));
+        log(QStringLiteral("%1 %2 %3")
+                    .arg(context->symbolic(), action, object ? object->objectName() : QStringLiteral("null")));
     }
 }

@@ -37,7 +37,9 @@ class CountingFactory : public QObject, public IServiceFactory
     Q_OBJECT
     Q_INTERFACES(ExtensionSystem::IServiceFactory)
 public:
-    explicit CountingFactory(bool shared) : m_shared(shared) {}
+    explicit CountingFactory(bool shared)
+        : m_shared(shared)
+    { }
     bool sharedPerPlugin() override { return m_shared; }
     QObject *createService(ExtensionSystem::PluginContext *context) override;
 
