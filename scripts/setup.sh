@@ -2,7 +2,7 @@
 # Installs what a fresh Debian 12 machine lacks to build and test the library.
 # Quiet and quick when everything is already there.
 #
-#   scripts/setup.sh [fuzz] [valgrind] [benchmarks]
+#   scripts/setup.sh [format] [fuzz] [valgrind] [benchmarks]
 #
 # "fuzz" adds clang with its libFuzzer runtime, "valgrind" adds valgrind,
 # "benchmarks" the KCoreAddons headers the benchmarks compare with.
@@ -12,6 +12,7 @@ required=(cmake g++ qtbase5-dev qtbase5-private-dev libqt5sql5-sqlite)
 optional=(ccache)
 for feature in "$@"; do
     case "$feature" in
+        format) required+=(clang-format) ;;
         fuzz) required+=(clang libclang-rt-14-dev) ;;
         valgrind) required+=(valgrind) ;;
         benchmarks) required+=(libkf5coreaddons-dev) ;;

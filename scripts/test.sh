@@ -4,6 +4,7 @@
 #   scripts/test.sh [extra cmake arguments for build/]
 #
 # Stages, all by default (ES_TEST_STAGES="normal asan fuzz memcheck" picks some):
+#   format                 every C++ file laid out as .clang-format says
 #   normal    build/       the whole CTest suite
 #   asan      build-asan/  the same suite under AddressSanitizer and UBSan
 #   fuzz      build-fuzz/  each libFuzzer target for ES_FUZZ_SECONDS (30) seconds
@@ -13,11 +14,12 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-stages=${ES_TEST_STAGES:-normal asan fuzz memcheck bench}
+stages=${ES_TEST_STAGES:-format normal asan fuzz memcheck bench}
 fuzz_seconds=${ES_FUZZ_SECONDS:-30}
 wants() { [[ " $stages " == *" $1 "* ]]; }
 
 features=()
+wants format && features+=(format)
 wants fuzz && features+=(fuzz)
 wants memcheck && features+=(valgrind)
 wants bench && features+=(benchmarks)
@@ -34,6 +36,17 @@ build_and_test() {
     cmake --build "$dir" -j2
     (cd "$dir" && ctest --output-on-failure -j2)
 }
+
+if wants format; then
+    stamp "format check: .clang-format"
+    files=$(git ls-files '*.cpp' '*.h' 2>/dev/null || find src tests tools examples benchmarks fuzz -name '*.cpp' -o -name '*.h')
+    # shellcheck disable=SC2086
+    if ! clang-format --dry-run --Werror $files; then
+        echo "format: the files above differ from .clang-format; clang-format -i <file> lays them out"
+        exit 1
+    fi
+    echo "format: $(echo "$files" | wc -w) files laid out as .clang-format says"
+fi
 
 if wants normal || wants memcheck; then
     stamp "normal build and tests: build/"
