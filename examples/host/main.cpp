@@ -81,14 +81,7 @@ QString stateName(int state)
 
 QString policyName(int policy)
 {
-    switch (policy) {
-    case PluginFrameworkConfig::PolicyDisable:
-        return QStringLiteral("disable");
-    case PluginFrameworkConfig::PolicyEnable:
-        return QStringLiteral("enable");
-    default:
-        return QStringLiteral("undefine");
-    }
+    return PluginFrameworkConfig::policyName(PluginFrameworkConfig::StartupPolicy(policy));
 }
 
 void printPlugins(PluginManager *manager)

@@ -23,6 +23,14 @@ QDir appSubDir(const QString &name)
     return QDir(QCoreApplication::applicationDirPath() + QLatin1Char('/') + name);
 }
 
+// The words of config.ini for the startup policies.
+QMap<int, QString> policyTable()
+{
+    return {{PluginFrameworkConfig::PolicyDisable, QStringLiteral("disable")},
+            {PluginFrameworkConfig::PolicyUndefine, QStringLiteral("undefine")},
+            {PluginFrameworkConfig::PolicyEnable, QStringLiteral("enable")}};
+}
+
 } // namespace
 
 PluginFrameworkConfigPrivate::PluginFrameworkConfigPrivate()
@@ -33,9 +41,7 @@ PluginFrameworkConfigPrivate::PluginFrameworkConfigPrivate()
     if (!dir.exists())
         dir.mkpath(dir.path());
 
-    policyNames.insert(PluginFrameworkConfig::PolicyDisable, QStringLiteral("disable"));
-    policyNames.insert(PluginFrameworkConfig::PolicyUndefine, QStringLiteral("undefine"));
-    policyNames.insert(PluginFrameworkConfig::PolicyEnable, QStringLiteral("enable"));
+    policyNames = policyTable();
 
     // Reaches the disk with the next flush of QSettings; no sync() on purpose.
     if (!settings->contains(LOAD_ENABLED_ONLY_KEY))
@@ -104,8 +110,18 @@ void PluginFrameworkConfig::setWatchPluginsDirectory(bool on)
 PluginFrameworkConfig::StartupPolicy PluginFrameworkConfig::pluginStartupPolicy(const QString &symbolic) const
 {
     Q_D(const PluginFrameworkConfig);
-    const QString text = d->settings->value(PLUGIN_POLICY_KEY.arg(symbolic), QVariant()).toString().trimmed().toLower();
-    return static_cast<StartupPolicy>(d->policyNames.key(text, PolicyUndefine));
+    return policyOf(d->settings->value(PLUGIN_POLICY_KEY.arg(symbolic), QVariant()).toString());
+}
+
+QString PluginFrameworkConfig::policyName(StartupPolicy policy)
+{
+    const QMap<int, QString> names = policyTable();
+    return names.value(policy, names.value(PolicyUndefine));
+}
+
+PluginFrameworkConfig::StartupPolicy PluginFrameworkConfig::policyOf(const QString &text)
+{
+    return static_cast<StartupPolicy>(policyTable().key(text.trimmed().toLower(), PolicyUndefine));
 }
 
 void PluginFrameworkConfig::setPluginStartupPolicy(const QString &symbolic, StartupPolicy policy)

@@ -30,6 +30,11 @@ public:
     static QDir pluginsDir();
     static QDir languageDir();
     static QDir configDir();
+    // The word config.ini holds for a policy ("disable", "undefine", "enable"), and
+    // the policy a value written there means when a plug-in is installed: trimmed,
+    // in any case, anything else undefine.
+    static QString policyName(StartupPolicy policy);
+    static StartupPolicy policyOf(const QString &text);
 
     bool loadEnabledPluginOnly() const;
     void setLoadEnabledPluginOnly(bool on);

@@ -108,13 +108,7 @@ void Inspector::readConfiguration()
 
 int Inspector::policy(const QString &symbolic) const
 {
-    // The framework trims and folds case when it decides on a plug-in.
-    const QString text = m_policies.value(symbolic).trimmed().toLower();
-    if (text == QLatin1String("disable"))
-        return PluginFrameworkConfig::PolicyDisable;
-    if (text == QLatin1String("enable"))
-        return PluginFrameworkConfig::PolicyEnable;
-    return PluginFrameworkConfig::PolicyUndefine;
+    return PluginFrameworkConfig::policyOf(m_policies.value(symbolic));
 }
 
 void Inspector::scan()

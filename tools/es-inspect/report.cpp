@@ -47,14 +47,7 @@ QString dependenciesText(const PluginRecord &record)
 
 QString policyText(int policy)
 {
-    switch (policy) {
-    case PluginFrameworkConfig::PolicyDisable:
-        return QStringLiteral("disable");
-    case PluginFrameworkConfig::PolicyEnable:
-        return QStringLiteral("enable");
-    default:
-        return QStringLiteral("undefine");
-    }
+    return PluginFrameworkConfig::policyName(PluginFrameworkConfig::StartupPolicy(policy));
 }
 
 // Short status words for a graph node, and its colour.
