@@ -18,6 +18,7 @@
 #include <QtCore/QDateTime>
 #include <QtCore/QElapsedTimer>
 #include <QtCore/QFile>
+#include <QtCore/QMutex>
 #include <QtCore/QTextStream>
 #include <QtCore/QThreadPool>
 #include <QtCore/QTimer>
@@ -30,11 +31,14 @@ namespace {
 
 QFile *logFile = nullptr;
 QStringList parsedFiles;
+QMutex logMutex;
 
 // The framework's debug output goes to demo-host.log; the parse task's line
-// tells which extension files were read in this run.
+// tells which extension files were read in this run. Parse tasks write on pool
+// threads, two at a time: one at a time here.
 void toLogFile(QtMsgType type, const QMessageLogContext &, const QString &message)
 {
+    const QMutexLocker locker(&logMutex);
     static const QString parseLine = QStringLiteral("ExtensionSystem::Internal::ExtensionFileParseTask::run() >");
     const int at = message.indexOf(parseLine);
     if (at >= 0)
