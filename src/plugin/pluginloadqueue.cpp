@@ -199,24 +199,23 @@ QStringList PluginLoadQueue::cycleThrough(const QString &symbolic) const
 
 PluginProblem PluginLoadQueue::missing(const QString &self, const QString &name, const QString &version) const
 {
-    PluginProblem problem(PluginProblem::MissingDependency, self);
-    problem.setDependency(name, version);
+    // What stands in the dependency's place, if anything: a refusal, or a name
+    // that differs only in case.
+    QString detail;
     const PluginProblem refusal = members->memberRefusal(name);
     if (refusal.isProblem()) {
-        problem = PluginProblem(PluginProblem::MissingDependency, self,
-                                QObject::tr("%1 is refused: %2").arg(name, refusal.text()));
-        problem.setDependency(name, version);
-        return problem;
-    }
-    const QStringList names = members->memberNames();
-    for (const QString &other : names) {
-        if (other.compare(name, Qt::CaseInsensitive) == 0) {
-            problem = PluginProblem(PluginProblem::MissingDependency, self,
-                                    QObject::tr("there is %1, but names are case-sensitive").arg(other));
-            problem.setDependency(name, version);
-            break;
+        detail = QObject::tr("%1 is refused: %2").arg(name, refusal.text());
+    } else {
+        const QStringList names = members->memberNames();
+        for (const QString &other : names) {
+            if (other.compare(name, Qt::CaseInsensitive) == 0) {
+                detail = QObject::tr("there is %1, but names are case-sensitive").arg(other);
+                break;
+            }
         }
     }
+    PluginProblem problem(PluginProblem::MissingDependency, self, detail);
+    problem.setDependency(name, version);
     return problem;
 }
 

@@ -18,7 +18,7 @@ public:
 
     PluginLoadQueue queue;
     QHash<QString, PluginMetaData *> installed;
-    QStringList names;
+    QStringList names; // installed names in the order offered
     QHash<QString, PluginProblem> refused;
     QHash<QString, QString> loaderErrors;
 };
@@ -55,7 +55,7 @@ PluginProblem PluginResolver::libraryProblem(const QString &name, const PluginMe
 
 void PluginResolver::install(const QString &name, PluginMetaData *metaData, const QString &loaderError)
 {
-    if (d->names.contains(name))
+    if (d->installed.contains(name))
         return;
     d->names << name;
     d->installed.insert(name, metaData);
