@@ -5,7 +5,8 @@
 #     [ALLOW_UNDEFINED]               # link even with symbols that nothing defines
 #     SOURCES <files...>)
 #
-# Builds <OUTPUT_DIRECTORY>/<target>.so as a Qt plug-in module. The META.INF is
+# Builds <OUTPUT_DIRECTORY>/<target>.so as a Qt plug-in module, against the Qt
+# the library was built with (ExtensionSystem_QT_MAJOR_VERSION, 5 or 6). The META.INF is
 # compiled in as the resource ":/<target>/META-DATA/META.INF": the loader looks
 # for it under the library's base name, so the prefix follows the target name.
 #
@@ -65,7 +66,14 @@ function(extensionsystem_add_plugin target)
 </RCC>
 ")
     configure_file(${qrc}.in ${qrc} COPYONLY)
-    qt5_add_resources(resource_sources ${qrc})
+    if(NOT DEFINED ExtensionSystem_QT_MAJOR_VERSION)
+        set(ExtensionSystem_QT_MAJOR_VERSION 5)
+    endif()
+    if(ExtensionSystem_QT_MAJOR_VERSION STREQUAL "6")
+        qt6_add_resources(resource_sources ${qrc})
+    else()
+        qt5_add_resources(resource_sources ${qrc})
+    endif()
 
     add_library(${target} MODULE ${ARG_SOURCES} ${resource_sources})
     set_target_properties(${target} PROPERTIES
@@ -75,7 +83,7 @@ function(extensionsystem_add_plugin target)
         VISIBILITY_INLINES_HIDDEN ON
         LIBRARY_OUTPUT_DIRECTORY ${ARG_OUTPUT_DIRECTORY}
     )
-    target_link_libraries(${target} PRIVATE ExtensionSystem::ExtensionSystem Qt5::Core)
+    target_link_libraries(${target} PRIVATE ExtensionSystem::ExtensionSystem Qt${ExtensionSystem_QT_MAJOR_VERSION}::Core)
     if(NOT ARG_ALLOW_UNDEFINED)
         _extensionsystem_no_undefined_option(no_undefined)
         target_link_options(${target} PRIVATE ${no_undefined})

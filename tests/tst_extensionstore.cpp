@@ -3,9 +3,12 @@
 #include <extension/extensionstorage.h>
 #include <extension/exttype.h>
 #include <framework/pluginframeworkconfig.h>
+#include <qtcompat_p.h>
 
 #include <QtCore/QScopeGuard>
-#include <QtCore/QTextCodec>
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
+#    include <QtCore/QTextCodec>
+#endif
 #include <QtSql>
 #include <QtTest>
 #include <QtXml/QDomDocument>
@@ -22,6 +25,19 @@ using namespace ExtensionSystem;
 using namespace ExtensionSystem::Internal;
 
 namespace {
+
+// Qt 5's text streams take their encoding from the locale, set here to one that
+// cannot encode most of the world; Qt 6's streams never look at the locale.
+auto useLatin1Locale()
+{
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
+    QTextCodec *const codec = QTextCodec::codecForLocale();
+    QTextCodec::setCodecForLocale(QTextCodec::codecForName("ISO-8859-1"));
+    return qScopeGuard([codec] { QTextCodec::setCodecForLocale(codec); });
+#else
+    return qScopeGuard([] {});
+#endif
+}
 
 QMutex logMutex;
 QStringList logLines;
@@ -175,21 +191,19 @@ void tst_ExtensionStore::recordTypesKnownAtLoad()
     // Registered when the library is loaded, under both spellings, so that
     // string-based and queued connections agree before any store exists.
     for (const char *name : {"PointList", "DataList", "Plugin"}) {
-        QVERIFY(QMetaType::type(QByteArray("ExtType::") + name) != QMetaType::UnknownType);
-        QCOMPARE(QMetaType::type(QByteArray("ExtType::") + name),
-                 QMetaType::type(QByteArray("ExtensionSystem::ExtType::") + name));
+        QVERIFY(QtCompat::metaTypeIdByName(QByteArray("ExtType::") + name) != QMetaType::UnknownType);
+        QCOMPARE(QtCompat::metaTypeIdByName(QByteArray("ExtType::") + name),
+                 QtCompat::metaTypeIdByName(QByteArray("ExtensionSystem::ExtType::") + name));
     }
-    QCOMPARE(QMetaType::type("ExtType::Plugin"), qMetaTypeId<ExtType::Plugin>());
+    QCOMPARE(QtCompat::metaTypeIdByName("ExtType::Plugin"), qMetaTypeId<ExtType::Plugin>());
     QVERIFY(QVariant::fromValue(QList<QVariantHash>{{{"k", 1}}}).canConvert<QVariantList>());
-    QCOMPARE(QMetaType::type("QVariantHashList"), qMetaTypeId<QList<QVariantHash>>());
+    QCOMPARE(QtCompat::metaTypeIdByName("QVariantHashList"), qMetaTypeId<QList<QVariantHash>>());
 }
 
 void tst_ExtensionStore::storeAndReparse()
 {
     // A locale that cannot encode the text must not turn it into character references.
-    const auto restoreCodec =
-            qScopeGuard([codec = QTextCodec::codecForLocale()] { QTextCodec::setCodecForLocale(codec); });
-    QTextCodec::setCodecForLocale(QTextCodec::codecForName("ISO-8859-1"));
+    const auto restoreCodec = useLatin1Locale();
     const QString title = QString::fromUtf8("Grüße, 日本語 ✓ Ωmega");
     const QString path = writeExtension(
             "alpha", QString("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<Plugin id=\"alpha\">"

@@ -6,9 +6,11 @@
 #include <event/pluginevent.h>
 #include <event/serviceevent.h>
 #include <plugin/pluginconstance.h>
+#include <qtcompat_p.h>
 #include <service/serviceproperty.h>
 
 using namespace ExtensionSystem;
+using namespace ExtensionSystem::Internal;
 
 using Properties = QHash<QString, QVariant>;
 
@@ -20,6 +22,8 @@ private slots:
     void propertyConstruction();
     void propertyAssignmentMerges();
     void propertyMatch();
+    void propertyMatchAcrossTypes_data();
+    void propertyMatchAcrossTypes();
     void propertyClassesAndRanking();
     void pluginEventRoles();
     void serviceAndExtensionEvents();
@@ -35,11 +39,11 @@ void tst_values::metaTypesKnownAfterConstruction()
     ExtensionEvent extension(ExtensionEvent::PointRegistered);
 
     // Looked up by name before the test itself touches any of these types.
-    const int pluginAction = QMetaType::type("ExtensionSystem::PluginEvent::Action");
-    const int frameworkAction = QMetaType::type("ExtensionSystem::FrameworkEvent::Action");
-    const int serviceAction = QMetaType::type("ExtensionSystem::ServiceEvent::Action");
-    const int extensionAction = QMetaType::type("ExtensionSystem::ExtensionEvent::Action");
-    const int property = QMetaType::type("ExtensionSystem::ServiceProperty");
+    const int pluginAction = QtCompat::metaTypeIdByName("ExtensionSystem::PluginEvent::Action");
+    const int frameworkAction = QtCompat::metaTypeIdByName("ExtensionSystem::FrameworkEvent::Action");
+    const int serviceAction = QtCompat::metaTypeIdByName("ExtensionSystem::ServiceEvent::Action");
+    const int extensionAction = QtCompat::metaTypeIdByName("ExtensionSystem::ExtensionEvent::Action");
+    const int property = QtCompat::metaTypeIdByName("ExtensionSystem::ServiceProperty");
     QCOMPARE(pluginAction, qMetaTypeId<PluginEvent::Action>());
     QCOMPARE(frameworkAction, qMetaTypeId<FrameworkEvent::Action>());
     QCOMPARE(serviceAction, qMetaTypeId<ServiceEvent::Action>());
@@ -128,6 +132,49 @@ void tst_values::propertyMatch()
     QVERIFY(p.match({{QStringLiteral("count"), QStringLiteral("1")}}));
     QVERIFY(p.match({{QStringLiteral("scale"), QStringLiteral("1.0")}}));
     QVERIFY(!p.match({{QStringLiteral("label"), 1.0}}));
+}
+
+void tst_values::propertyMatchAcrossTypes_data()
+{
+    QTest::addColumn<QVariant>("stored");
+    QTest::addColumn<QVariant>("filter");
+    QTest::addColumn<bool>("matches");
+
+    // clang-format off
+    // Numbers compare as numbers, without conversion.
+    QTest::newRow("int, double")          << QVariant(1) << QVariant(1.0) << true;
+    QTest::newRow("int, 1.5")             << QVariant(2) << QVariant(1.5) << false;
+    QTest::newRow("int, bool")            << QVariant(1) << QVariant(true) << true;
+    QTest::newRow("bool, int 2")          << QVariant(true) << QVariant(2) << false;
+    QTest::newRow("uint, long long")      << QVariant(1u) << QVariant(qlonglong(1)) << true;
+    // Otherwise the filter's value becomes the stored value's type.
+    QTest::newRow("int, \"01\"")          << QVariant(1) << QVariant(QStringLiteral("01")) << true;
+    QTest::newRow("\"01\", int")          << QVariant(QStringLiteral("01")) << QVariant(1) << false;
+    QTest::newRow("\"1\", int")           << QVariant(QStringLiteral("1")) << QVariant(1) << true;
+    QTest::newRow("\"1\", true")          << QVariant(QStringLiteral("1")) << QVariant(true) << false;
+    QTest::newRow("\"true\", true")       << QVariant(QStringLiteral("true")) << QVariant(true) << true;
+    QTest::newRow("bool, \"abc\"")        << QVariant(true) << QVariant(QStringLiteral("abc")) << true;
+    QTest::newRow("bool, \"\"")           << QVariant(false) << QVariant(QString()) << true;
+    QTest::newRow("string, bytes")        << QVariant(QStringLiteral("1")) << QVariant(QByteArray("1")) << true;
+    QTest::newRow("string, list")         << QVariant(QStringLiteral("1")) << QVariant(QStringList{QStringLiteral("1")}) << true;
+    QTest::newRow("date, its text")       << QVariant(QDate(2020, 1, 2)) << QVariant(QStringLiteral("2020-01-02")) << true;
+    // Where the filter's value cannot become the stored type, the stored value
+    // becomes the filter's type.
+    QTest::newRow("list, string")         << QVariant(QVariantList{1}) << QVariant(QStringList{QStringLiteral("1")}) << true;
+    QTest::newRow("int, date")            << QVariant(1) << QVariant(QDate(2020, 1, 2)) << false;
+    QTest::newRow("invalid, string")      << QVariant() << QVariant(QString()) << false;
+    // clang-format on
+}
+
+// The same answers whichever Qt the library is built with.
+void tst_values::propertyMatchAcrossTypes()
+{
+    QFETCH(QVariant, stored);
+    QFETCH(QVariant, filter);
+    QFETCH(bool, matches);
+
+    const ServiceProperty property(Properties{{QStringLiteral("key"), stored}});
+    QCOMPARE(property.match({{QStringLiteral("key"), filter}}), matches);
 }
 
 void tst_values::propertyClassesAndRanking()

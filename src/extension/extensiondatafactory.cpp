@@ -2,6 +2,7 @@
 #include "extensiondatafactory_p.h"
 
 #include <framework/debugoutput_p.h>
+#include <qtcompat_p.h>
 
 #include <extension/extensionhandler.h>
 #include <extension/extensionhandlerfactory.h>
@@ -264,7 +265,7 @@ ExtensionData *ExtensionDataFactory::create(ExtensionHandler *handler)
 void ExtensionDataFactory::setCurrentItem(const QString &id)
 {
     Q_D(ExtensionDataFactory);
-    ES_DEBUG_IF_SHOWN() << "setcurrentItem" << id << d->items.keys();
+    ES_DEBUG_IF_SHOWN() << "setcurrentItem" << id << QtCompat::DebugList{d->items.keys()};
     ExtensionData *item = d->items.value(id);
     if (!item)
         return;

@@ -4,6 +4,7 @@
 #include "extensionconstance.h"
 
 #include <framework/debugoutput_p.h>
+#include <qtcompat_p.h>
 
 #include <QtCore/QCryptographicHash>
 #include <QtCore/QDateTime>
@@ -25,7 +26,7 @@ QString elementText(const QDomElement &element)
 {
     QString text;
     QTextStream stream(&text, QIODevice::ReadWrite);
-    stream.setCodec("UTF-8");
+    QtCompat::useUtf8(stream);
     element.save(stream, 0);
     stream.flush();
     return text;

@@ -1,6 +1,8 @@
 #include "plugindependency.h"
 #include "plugindependency_p.h"
 
+#include <qtcompat_p.h>
+
 namespace ExtensionSystem {
 
 using namespace Internal;
@@ -29,7 +31,7 @@ QString PluginDependencyPrivate::computeVersionKey(const QString &version)
         int value = 0; // what toInt() gives an absent component
         if (from >= 0) {
             const int dot = version.indexOf(QLatin1Char('.'), from);
-            value = version.midRef(from, dot < 0 ? -1 : dot - from).toInt(nullptr, 10);
+            value = QtCompat::midPart(version, from, dot < 0 ? -1 : dot - from).toInt(nullptr, 10);
             from = dot < 0 ? -1 : dot + 1;
         }
         // Modulo 256 on purpose: only the low byte of each component counts.

@@ -9,6 +9,7 @@
 #include <plugin/pluginloadqueue.h>
 #include <plugin/pluginmetadata.h>
 #include <plugin/pluginresolver.h>
+#include <qtcompat_p.h>
 
 #include <QtCore/QDebug>
 #include <QtCore/QFile>
@@ -258,7 +259,7 @@ void PluginManagerPrivate::start(const QString &symbolic)
         return;
     }
     const QStringList list = loadQueue->startList(symbolic);
-    ES_DEBUG_IF_SHOWN() << "PluginManager::start >" << symbolic << list;
+    ES_DEBUG_IF_SHOWN() << "PluginManager::start >" << symbolic << QtCompat::DebugList{list};
     for (const QString &name : list)
         startStep(plugins.value(name));
 }
@@ -420,7 +421,7 @@ void PluginManager::start()
 {
     Q_D(PluginManager);
     const QStringList queue = d->loadQueue->queue();
-    ES_DEBUG_IF_SHOWN() << "START:" << queue;
+    ES_DEBUG_IF_SHOWN() << "START:" << QtCompat::DebugList{queue};
     for (const QString &name : queue) {
         Plugin *plugin = d->plugins.value(name);
         if (plugin && plugin->state() == PluginInfo::Resolved)

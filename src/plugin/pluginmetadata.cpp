@@ -2,6 +2,7 @@
 #include "pluginmetadata_p.h"
 
 #include <framework/debugoutput_p.h>
+#include <qtcompat_p.h>
 
 #include "pluginconstance.h"
 
@@ -41,8 +42,8 @@ void PluginMetaDataPrivate::read()
     }
 
     while (!file.atEnd()) {
-        // fromUtf8(QByteArray) stops at the first NUL byte, so binary junk cuts a line short.
-        const QString line = QString::fromUtf8(file.readLine());
+        // A NUL byte ends the line, so binary junk cuts a line short.
+        const QString line = QtCompat::fromUtf8UpToNul(file.readLine());
         if (line.isEmpty())
             continue;
         readLine(line);

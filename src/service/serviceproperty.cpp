@@ -1,6 +1,7 @@
 #include "serviceproperty.h"
 
 #include <plugin/pluginconstance.h>
+#include <qtcompat_p.h>
 
 namespace ExtensionSystem {
 
@@ -74,13 +75,13 @@ bool ServiceProperty::containsClass(const QString &clazz) const
 
 bool ServiceProperty::match(const QHash<QString, QVariant> &filter) const
 {
-    // Every entry must be present and equal; QVariant converts the filter's
-    // value to the stored value's type, so the stored value goes on the left.
+    // Every entry must be present and equal; the filter's value is converted to
+    // the stored value's type, so the stored value goes on the left.
     for (auto it = filter.cbegin(); it != filter.cend(); ++it) {
         const auto found = m_properties.constFind(it.key());
         if (found == m_properties.cend())
             return false;
-        if (!(found.value() == it.value()))
+        if (!Internal::QtCompat::variantsEqual(found.value(), it.value()))
             return false;
     }
     return true;

@@ -5,6 +5,7 @@ function(run)
         message(FATAL_ERROR "failed (${rc}): ${ARGN}\n${out}\n${err}")
     endif()
     message(STATUS "${out}")
+    set(run_output "${out}" PARENT_SCOPE)
 endfunction()
 
 file(REMOVE_RECURSE ${ES_PREFIX} ${ES_OUTSIDE_BUILD} ${ES_OUTSIDE_BUILD}-undefined)
@@ -30,11 +31,20 @@ string(REPLACE ";" " " flags "${ES_EXTRA_FLAGS}")
 run(${CMAKE_COMMAND} -S ${ES_OUTSIDE_SOURCE} -B ${ES_OUTSIDE_BUILD}
     -DCMAKE_PREFIX_PATH=${ES_PREFIX}
     -DCMAKE_CXX_COMPILER=${ES_CXX_COMPILER}
+    -DES_EXPECTED_QT_MAJOR_VERSION=${ES_QT_MAJOR_VERSION}
     "-DCMAKE_CXX_FLAGS=${flags}"
     "-DCMAKE_EXE_LINKER_FLAGS=${flags}"
     "-DCMAKE_MODULE_LINKER_FLAGS=${flags}")
 run(${CMAKE_COMMAND} --build ${ES_OUTSIDE_BUILD} -j2)
 run(${ES_OUTSIDE_BUILD}/check_plugin ${ES_OUTSIDE_BUILD}/plugins/outside.plugin/outside.plugin.so)
+if(NOT run_output MATCHES "on Qt ${ES_QT_MAJOR_VERSION}\\.")
+    message(FATAL_ERROR "the outside project does not run on Qt ${ES_QT_MAJOR_VERSION}: ${run_output}")
+endif()
+file(STRINGS ${ES_PREFIX}/lib/cmake/ExtensionSystem/ExtensionSystemConfig.cmake config_qt
+    REGEX "set\\(ExtensionSystem_QT_MAJOR_VERSION")
+if(NOT config_qt STREQUAL "set(ExtensionSystem_QT_MAJOR_VERSION ${ES_QT_MAJOR_VERSION})")
+    message(FATAL_ERROR "the package config does not name Qt ${ES_QT_MAJOR_VERSION}: ${config_qt}")
+endif()
 
 # The helper links with --no-undefined: an author meets a missing symbol at build time.
 run(${CMAKE_COMMAND} -S ${ES_OUTSIDE_SOURCE} -B ${ES_OUTSIDE_BUILD}-undefined

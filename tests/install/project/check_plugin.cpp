@@ -59,6 +59,8 @@ int main(int argc, char **argv)
         || !unknown.first().text().contains(QLatin1String("nobody")))
         return fail(QStringLiteral("no reason given for an unknown plug-in"));
 
-    QTextStream(stdout) << "loaded " << meta.symbolic() << ' ' << meta.version() << " from " << path << '\n';
+    // The Qt that runs is the one the package named: the plug-in was linked against it.
+    QTextStream(stdout) << "loaded " << meta.symbolic() << ' ' << meta.version() << " from " << path << " on Qt "
+                        << qVersion() << '\n';
     return 0;
 }
