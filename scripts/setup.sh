@@ -2,8 +2,9 @@
 # Installs what a fresh Debian 12 machine lacks to build and test the library.
 # Quiet and quick when everything is already there.
 #
-#   scripts/setup.sh [format] [fuzz] [valgrind] [benchmarks]
+#   scripts/setup.sh [qt6] [format] [fuzz] [valgrind] [benchmarks]
 #
+# "qt6" adds Qt 6 (Debian 12 has 6.4), for builds with -DQT_MAJOR_VERSION=6;
 # "fuzz" adds clang with its libFuzzer runtime, "valgrind" adds valgrind,
 # "benchmarks" the KCoreAddons headers the benchmarks compare with.
 set -euo pipefail
@@ -12,6 +13,7 @@ required=(cmake g++ qtbase5-dev qtbase5-private-dev libqt5sql5-sqlite)
 optional=(ccache)
 for feature in "$@"; do
     case "$feature" in
+        qt6) required+=(qt6-base-dev qt6-base-private-dev libqt6sql6-sqlite) ;;
         format) required+=(clang-format) ;;
         fuzz) required+=(clang libclang-rt-14-dev) ;;
         valgrind) required+=(valgrind) ;;

@@ -114,6 +114,8 @@ void tst_Lifecycle::dependencyChain()
     QCOMPARE(int(manager->pluginInfo(QStringLiteral("chain.c")).currentState()), int(PluginInfo::Resolved));
 
     recorder.events.clear();
+    // The queue is written ("a", "b") whichever Qt the library is built with.
+    QTest::ignoreMessage(QtDebugMsg, R"(START: ("chain.a", "chain.b", "chain.c"))");
     framework.start();
     QCOMPARE(pluginLog(), QStringList({"start:chain.a", "start:chain.b", "start:chain.c"}));
     // After the scan the index is the position in the queue.

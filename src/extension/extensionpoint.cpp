@@ -5,6 +5,7 @@
 #include <extension/extensiondata.h>
 #include <extension/extensionhandler.h>
 #include <framework/debugoutput_p.h>
+#include <qtcompat_p.h>
 
 #include <QtCore/QDebug>
 
@@ -134,7 +135,8 @@ void ExtensionPoint::unregisterExtensionHandler(const QString &id)
 void ExtensionPoint::updateExtensionText(const QStringList &text)
 {
     Q_D(ExtensionPoint);
-    ES_DEBUG_IF_SHOWN() << "ExtensionPointPrivate::updateExtensionText >" << id() << "\n\t>" << text;
+    ES_DEBUG_IF_SHOWN() << "ExtensionPointPrivate::updateExtensionText >" << id() << "\n\t>"
+                        << QtCompat::DebugList{text};
     if (text.isEmpty())
         return;
     const QList<ExtensionData *> items = parseExtensionText(text);

@@ -272,7 +272,7 @@ void PluginManagerPrivate::stop(const QString &symbolic)
     }
     const QStringList list = loadQueue->stopList(symbolic);
     ES_DEBUG_IF_SHOWN() << "void ExtensionSystem::Internal::PluginManagerPrivate::stop(const QString&)"
-                        << ">" << list;
+                        << ">" << QtCompat::DebugList{list};
     for (const QString &name : list)
         stopStep(plugins.value(name));
 }
