@@ -3,18 +3,19 @@
 #
 #   scripts/test.sh [extra cmake arguments for build/]
 #
-# Stages, all by default (ES_TEST_STAGES="normal asan fuzz memcheck" picks some):
+# Stages, all by default, in this order (ES_TEST_STAGES="normal asan" picks some):
 #   format                 every C++ file laid out as .clang-format says
 #   normal    build/       the whole CTest suite
 #   asan      build-asan/  the same suite under AddressSanitizer and UBSan
 #   fuzz      build-fuzz/  each libFuzzer target for ES_FUZZ_SECONDS (30) seconds
 #   memcheck  build/       valgrind memcheck of the lifecycle tests
 #   bench     build/       the benchmark smoke: the set of 10 plug-ins through every case
+#   qt6       build-qt6/   the whole CTest suite again, built against Qt 6
 # Each build directory is configured once and built incrementally afterwards.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-stages=${ES_TEST_STAGES:-format normal asan fuzz memcheck bench}
+stages=${ES_TEST_STAGES:-format normal asan fuzz memcheck bench qt6}
 fuzz_seconds=${ES_FUZZ_SECONDS:-30}
 wants() { [[ " $stages " == *" $1 "* ]]; }
 
@@ -23,11 +24,19 @@ wants format && features+=(format)
 wants fuzz && features+=(fuzz)
 wants memcheck && features+=(valgrind)
 wants bench && features+=(benchmarks)
+wants qt6 && features+=(qt6)
 bash scripts/setup.sh "${features[@]}"
 
 export QT_QPA_PLATFORM=offscreen
 start=$(date +%s)
-stamp() { echo "== $1 ($(( $(date +%s) - start )) s)"; }
+last=$start
+# Each line says how long the stage before it took, so that a slow stage shows.
+stamp() {
+    local now
+    now=$(date +%s)
+    echo "== $1 (at $((now - start)) s; the stage before took $((now - last)) s)"
+    last=$now
+}
 
 build_and_test() {
     local dir=$1
@@ -128,6 +137,11 @@ if wants bench; then
     stamp "benchmark smoke, 10 plug-ins: build/"
     # Fails when a case fails its checks; the ratios are printed, not judged.
     ES_BENCH_BUILD_DIR="${ES_BUILD_DIR:-build}" bash benchmarks/run.sh --quick
+fi
+
+if wants qt6; then
+    stamp "Qt 6 build and tests: build-qt6/"
+    build_and_test build-qt6 -DQT_MAJOR_VERSION=6
 fi
 
 stamp "all stages passed"
