@@ -22,6 +22,11 @@ build=${ES_BENCH_BUILD_DIR:-build-bench}
 peer=OFF
 dpkg-query -W -f='${Status}' libkf5coreaddons-dev 2>/dev/null | grep -q "install ok installed" && peer=ON
 [ "$peer" = ON ] || echo "run.sh: libkf5coreaddons-dev is missing: the peer is left out"
+# The peer is built on Qt 5; a Qt 6 tree goes without it.
+if grep -q '^QT_MAJOR_VERSION:STRING=6$' "$build/CMakeCache.txt" 2>/dev/null; then
+    peer=OFF
+    echo "run.sh: $build is built with Qt 6: the peer, built on Qt 5, is left out"
+fi
 
 args=(-DES_BUILD_BENCHMARKS=ON -DES_BENCHMARK_PEER=$peer)
 if [ ! -f "$build/CMakeCache.txt" ]; then

@@ -15,6 +15,8 @@
 #include <QtCore/QTextStream>
 #include <QtCore/QVector>
 
+#include <qtcompat_p.h>
+
 #include <unistd.h>
 
 #include <algorithm>
@@ -55,7 +57,7 @@ QTextStream out(stdout);
 
 struct Utf8Output
 {
-    Utf8Output() { out.setCodec("UTF-8"); }
+    Utf8Output() { ExtensionSystem::Internal::QtCompat::useUtf8(out); }
 } utf8Output;
 
 [[noreturn]] void die(const QString &message)
