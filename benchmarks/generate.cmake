@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: BSD-3-Clause
 # Generates the synthetic plug-in sets at configure time.
 #
 # A set of N plug-ins is named bench.p0000 ... and laid out in groups of ten.

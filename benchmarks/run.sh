@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: BSD-3-Clause
 # Builds what the benchmarks need, runs the harness, writes benchmarks/results.md
 # (--quick: <build>/benchmarks/results-quick.md) and prints, last, one line per
 # compared figure:

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: BSD-3-Clause
 # extensionsystem_add_plugin(<target>
 #     METADATA <path to META.INF>
 #     [EXTENSION <path to extension.xml>]

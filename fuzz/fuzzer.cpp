@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // libFuzzer entry point; ES_FUZZ_TARGET names the harness function of this target.
 
 #include "harness.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #ifndef ES_FUZZ_HARNESS_H
 #define ES_FUZZ_HARNESS_H
 

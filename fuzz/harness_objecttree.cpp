@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #include "harness.h"
 
 #include <object/iobjectnotifier.h>

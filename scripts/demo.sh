@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: BSD-3-Clause
 # Set up, build and run the example host against the example plug-ins.
 # Run it twice: the second run reads the unchanged extension files from the store.
 #

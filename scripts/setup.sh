@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: BSD-3-Clause
 # Installs what a fresh Debian 12 machine lacks to build and test the library.
 # Quiet and quick when everything is already there.
 #

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: BSD-3-Clause
 # Set up, build and run every test stage. Non-zero on any failure.
 #
 #   scripts/test.sh [extra cmake arguments for build/]
@@ -54,7 +55,14 @@ if wants format; then
         echo "format: the files above differ from .clang-format; clang-format -i <file> lays them out"
         exit 1
     fi
-    echo "format: $(echo "$files" | wc -w) files laid out as .clang-format says"
+    # shellcheck disable=SC2086
+    unlicensed=$(grep -L -m1 '^// SPDX-License-Identifier: BSD-3-Clause$' $files || true)
+    if [ -n "$unlicensed" ]; then
+        echo "format: these files lack the line '// SPDX-License-Identifier: BSD-3-Clause' at the top:"
+        echo "$unlicensed"
+        exit 1
+    fi
+    echo "format: $(echo "$files" | wc -w) files laid out as .clang-format says, each with its SPDX line"
 fi
 
 if wants normal || wants memcheck; then

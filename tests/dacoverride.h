@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #ifndef ES_DACOVERRIDE_H
 #define ES_DACOVERRIDE_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // A second process for tst_faults.
 //
 //   faulthelper lock <database>   holds an exclusive SQLite lock on <database>,

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #ifndef ES_TESTSUPPORT_H
 #define ES_TESTSUPPORT_H
 

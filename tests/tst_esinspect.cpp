@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // es-inspect run as a process against prepared application directories: what
 // it says about each plug-in, the load queue, the graph, the extension store,
 // and that it leaves every file as it found it.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #include <event/customizedevent.h>
 #include <event/eventmanager.h>
 #include <event/icustomizedlistener.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #include <extension/extensionfileparser.h>
 #include <extension/extensionfileparsetask.h>
 #include <extension/extensionstorage.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // The framework against a broken environment: an extension store that is not a
 // database, read-only, locked by another process or killed while written, a
 // configuration directory that cannot be made, and a plug-ins directory full of

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // Replays the fuzzers' seed corpora and every input that once broke a fuzz target
 // (kept under tests/data/fuzz/<target>/) through the same checks, in the normal build.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #include <framework/pluginframeworkconfig.h>
 
 #include <QtCore/QMetaEnum>

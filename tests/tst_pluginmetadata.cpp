@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #include <plugin/plugindependency.h>
 #include <plugin/plugindependency_p.h>
 #include <plugin/plugininfo.h>

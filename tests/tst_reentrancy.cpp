@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // Calls back into the framework from inside its own calls: a listener that
 // uninstalls during a delivery, plug-ins that start plug-ins from their start,
 // and an extension handler that uses another extension.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #ifndef BENCHCOMMON_H
 #define BENCHCOMMON_H
 

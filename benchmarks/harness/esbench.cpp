@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // The framework's cases, each run in a fresh process by the harness. The
 // executable is copied into each application directory, since the framework
 // finds plugins/ and config/ beside it.

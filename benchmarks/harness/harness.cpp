@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // Runs every benchmark case as a fresh process, the cases one after the other
 // in a fixed order and that order again for each run (A B C ... A B C ...), so
 // that a slow moment of the machine hits all cases alike. Reports the median of

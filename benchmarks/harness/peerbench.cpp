@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // The peer case: the same plug-ins built for KCoreAddons, found with
 // KPluginMetaData::findPlugins and made with KPluginFactory::instantiatePlugin.
 //     kf-bench <plug-in directory> <expected count>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #ifndef BENCHPEERFACTORY_H
 #define BENCHPEERFACTORY_H
 

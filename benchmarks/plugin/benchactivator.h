@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #ifndef BENCHACTIVATOR_H
 #define BENCHACTIVATOR_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // The example host: creates the framework, runs init() and start(), prints what
 // the framework made of the plug-ins beside it, activates the extension commands,
 // and quits; stop() then runs through aboutToQuit.

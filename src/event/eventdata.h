@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #ifndef EXTENSIONSYSTEM_EVENTDATA_H
 #define EXTENSIONSYSTEM_EVENTDATA_H
 

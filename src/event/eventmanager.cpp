@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #include "eventmanager.h"
 #include "eventmanager_p.h"
 

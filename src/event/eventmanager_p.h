@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// Internal to ExtensionSystem and not part of its API: it may change in any version.
 #ifndef EXTENSIONSYSTEM_EVENTMANAGER_P_H
 #define EXTENSIONSYSTEM_EVENTMANAGER_P_H
 

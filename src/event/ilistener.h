@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #ifndef EXTENSIONSYSTEM_ILISTENER_H
 #define EXTENSIONSYSTEM_ILISTENER_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #include "extensiondata.h"
 #include "extensiondata_p.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #include "extensionfileparser.h"
 #include "extensionfileparser_p.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #include "extensionfileparsetask.h"
 #include "extensionfileparsetask_p.h"
 

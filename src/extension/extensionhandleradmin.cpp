@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #include "extensionhandleradmin.h"
 #include "extensionhandleradmin_p.h"
 

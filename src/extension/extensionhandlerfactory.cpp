@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #include "extensionhandlerfactory.h"
 #include "extensionhandlerfactory_p.h"
 

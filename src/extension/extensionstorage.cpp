@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #include "extensionstorage.h"
 #include "extensionstorage_p.h"
 

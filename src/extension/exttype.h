@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #ifndef EXTENSIONSYSTEM_EXTTYPE_H
 #define EXTENSIONSYSTEM_EXTTYPE_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #include "pluginframework.h"
 #include "pluginframework_p.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #ifndef EXTENSIONSYSTEM_OBJECT_H
 #define EXTENSIONSYSTEM_OBJECT_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #ifndef EXTENSIONSYSTEM_PLUGIN_H
 #define EXTENSIONSYSTEM_PLUGIN_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #include "plugincontext.h"
 #include "plugincontext_p.h"
 

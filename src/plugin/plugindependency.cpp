@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #include "plugindependency.h"
 #include "plugindependency_p.h"
 

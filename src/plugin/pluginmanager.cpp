@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #include "pluginmanager.h"
 #include "pluginmanager_p.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #include "pluginmetadata.h"
 #include "pluginmetadata_p.h"
 

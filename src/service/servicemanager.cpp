@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #include "servicemanager.h"
 #include "servicemanager_p.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #include "servicereference.h"
 #include "servicereference_p.h"
 

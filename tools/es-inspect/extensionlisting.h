@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #ifndef ESINSPECT_EXTENSIONLISTING_H
 #define ESINSPECT_EXTENSIONLISTING_H
 

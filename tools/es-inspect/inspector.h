@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #ifndef ESINSPECT_INSPECTOR_H
 #define ESINSPECT_INSPECTOR_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // es-inspect: says which plug-ins of an application directory the framework would
 // resolve, in which order, and in plain words why the others would not.
 

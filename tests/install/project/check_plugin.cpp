@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // Loads a plug-in as the framework does and reads its metadata at the resource
 // path derived from the library's file name.
 #include <plugin/ipluginactivator.h>

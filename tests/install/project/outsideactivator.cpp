@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #include "outsideactivator.h"
 
 void OutsideActivator::start(ExtensionSystem::PluginContext *) { }

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #ifndef OUTSIDEACTIVATOR_H
 #define OUTSIDEACTIVATOR_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // Calls a function that no library defines.
 extern "C" int es_outside_undefined();
 

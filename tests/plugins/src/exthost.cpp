@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #include <extension/extensiondata.h>
 #include <extension/extensionpoint.h>
 #include <plugin/ipluginactivator.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #include <QtCore/QObject>
 
 // A valid Qt plug-in whose root object does not implement the activator.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #ifndef PLUGINLOG_H
 #define PLUGINLOG_H
 

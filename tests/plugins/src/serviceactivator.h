@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #ifndef SERVICEACTIVATOR_H
 #define SERVICEACTIVATOR_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #ifndef TESTACTIVATOR_H
 #define TESTACTIVATOR_H
 

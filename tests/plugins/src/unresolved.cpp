@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #include "testactivator.h"
 
 // Links, but cannot be loaded: the symbol is defined nowhere.
