@@ -3,9 +3,10 @@
 # Installs what a fresh Debian 12 machine lacks to build and test the library.
 # Quiet and quick when everything is already there.
 #
-#   scripts/setup.sh [qt6] [format] [fuzz] [valgrind] [benchmarks]
+#   scripts/setup.sh [qt6] [docs] [format] [fuzz] [valgrind] [benchmarks]
 #
 # "qt6" adds Qt 6 (Debian 12 has 6.4), for builds with -DQT_MAJOR_VERSION=6;
+# "docs" adds Doxygen, for the API reference (the target "docs");
 # "fuzz" adds clang with its libFuzzer runtime, "valgrind" adds valgrind,
 # "benchmarks" the KCoreAddons headers the benchmarks compare with.
 set -euo pipefail
@@ -15,6 +16,7 @@ optional=(ccache)
 for feature in "$@"; do
     case "$feature" in
         qt6) required+=(qt6-base-dev qt6-base-private-dev libqt6sql6-sqlite) ;;
+        docs) required+=(doxygen) ;;
         format) required+=(clang-format) ;;
         fuzz) required+=(clang libclang-rt-14-dev) ;;
         valgrind) required+=(valgrind) ;;

@@ -7,6 +7,7 @@
 # Stages, all by default, in this order (ES_TEST_STAGES="normal asan" picks some):
 #   format                 every C++ file laid out as .clang-format says
 #   normal    build/       the whole CTest suite
+#   docs      build/       the API reference (Doxygen); fails on an undocumented public member
 #   asan      build-asan/  the same suite under AddressSanitizer and UBSan
 #   fuzz      build-fuzz/  each libFuzzer target for ES_FUZZ_SECONDS (30) seconds
 #   memcheck  build/       valgrind memcheck of the lifecycle tests
@@ -16,12 +17,13 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-stages=${ES_TEST_STAGES:-format normal asan fuzz memcheck bench qt6}
+stages=${ES_TEST_STAGES:-format normal docs asan fuzz memcheck bench qt6}
 fuzz_seconds=${ES_FUZZ_SECONDS:-30}
 wants() { [[ " $stages " == *" $1 "* ]]; }
 
 features=()
 wants format && features+=(format)
+wants docs && features+=(docs)
 wants fuzz && features+=(fuzz)
 wants memcheck && features+=(valgrind)
 wants bench && features+=(benchmarks)
@@ -68,6 +70,12 @@ fi
 if wants normal || wants memcheck; then
     stamp "normal build and tests: build/"
     build_and_test "${ES_BUILD_DIR:-build}" "$@"
+fi
+
+if wants docs; then
+    stamp "API reference: build/docs/html/"
+    cmake -S . -B "${ES_BUILD_DIR:-build}" >/dev/null
+    cmake --build "${ES_BUILD_DIR:-build}" --target docs
 fi
 
 if wants asan; then
