@@ -16,5 +16,10 @@ case "$qt" in
 esac
 
 cmake -S . -B "$build" -DQT_MAJOR_VERSION="$qt" -DES_BUILD_EXAMPLES=ON >/dev/null
-cmake --build "$build" -j2 --target es-demo-host
-exec "$build/examples/es-demo-host"
+cmake --build "$build" -j2 --target es-demo-host es-inspect
+status=0
+"$build/examples/es-demo-host" || status=$?
+echo
+echo "Why each plug-in runs or does not, and what the store holds:"
+echo "    $build/bin/es-inspect --extensions $build/examples"
+exit $status
