@@ -3,6 +3,7 @@
 #     METADATA <path to META.INF>
 #     [EXTENSION <path to extension.xml>]
 #     [OUTPUT_DIRECTORY <dir>]        # default: ${CMAKE_BINARY_DIR}/plugins/<target>
+#     [INSTALL_DESTINATION <dir>]     # cmake --install puts <dir>/<target>/<target>.so
 #     [ALLOW_UNDEFINED]               # link even with symbols that nothing defines
 #     SOURCES <files...>)
 #
@@ -10,6 +11,10 @@
 # the library was built with (ExtensionSystem_QT_MAJOR_VERSION, 5 or 6). The META.INF is
 # compiled in as the resource ":/<target>/META-DATA/META.INF": the loader looks
 # for it under the library's base name, so the prefix follows the target name.
+#
+# With INSTALL_DESTINATION, the plug-in installs as <dir>/<target>/<target>.so with
+# its extension.xml beside it: <dir> is then a host's plugins/ folder (a relative
+# <dir> is taken below the install prefix).
 #
 # The module is linked with -Wl,--no-undefined where the linker knows it: a
 # symbol that no library defines is then a link error for the author, not a
@@ -40,7 +45,8 @@ function(_extensionsystem_no_undefined_option result)
 endfunction()
 
 function(extensionsystem_add_plugin target)
-    cmake_parse_arguments(ARG "ALLOW_UNDEFINED" "METADATA;EXTENSION;OUTPUT_DIRECTORY" "SOURCES" ${ARGN})
+    cmake_parse_arguments(ARG "ALLOW_UNDEFINED" "METADATA;EXTENSION;OUTPUT_DIRECTORY;INSTALL_DESTINATION" "SOURCES"
+        ${ARGN})
     if(ARG_UNPARSED_ARGUMENTS)
         message(FATAL_ERROR "extensionsystem_add_plugin(${target}): unknown arguments: ${ARG_UNPARSED_ARGUMENTS}")
     endif()
@@ -97,5 +103,12 @@ function(extensionsystem_add_plugin target)
         add_custom_command(TARGET ${target} POST_BUILD
             COMMAND ${CMAKE_COMMAND} -E copy_if_different ${extension} ${ARG_OUTPUT_DIRECTORY}/extension.xml
             VERBATIM)
+    endif()
+
+    if(ARG_INSTALL_DESTINATION)
+        install(TARGETS ${target} LIBRARY DESTINATION ${ARG_INSTALL_DESTINATION}/${target})
+        if(ARG_EXTENSION)
+            install(FILES ${extension} DESTINATION ${ARG_INSTALL_DESTINATION}/${target} RENAME extension.xml)
+        endif()
     endif()
 endfunction()

@@ -9,7 +9,7 @@ function(run)
     set(run_output "${out}" PARENT_SCOPE)
 endfunction()
 
-file(REMOVE_RECURSE ${ES_PREFIX} ${ES_OUTSIDE_BUILD} ${ES_OUTSIDE_BUILD}-undefined)
+file(REMOVE_RECURSE ${ES_PREFIX} ${ES_PREFIX}-moved ${ES_OUTSIDE_BUILD} ${ES_OUTSIDE_BUILD}-undefined)
 run(${CMAKE_COMMAND} --install ${ES_BUILD_DIR} --prefix ${ES_PREFIX})
 
 foreach(path
@@ -46,6 +46,26 @@ file(STRINGS ${ES_PREFIX}/lib/cmake/ExtensionSystem/ExtensionSystemConfig.cmake 
 if(NOT config_qt STREQUAL "set(ExtensionSystem_QT_MAJOR_VERSION ${ES_QT_MAJOR_VERSION})")
     message(FATAL_ERROR "the package config does not name Qt ${ES_QT_MAJOR_VERSION}: ${config_qt}")
 endif()
+
+# INSTALL_DESTINATION: the plug-in and its extension file, ready for a host's plugins/.
+set(app ${ES_OUTSIDE_BUILD}/installed/app)
+run(${CMAKE_COMMAND} --install ${ES_OUTSIDE_BUILD} --prefix ${ES_OUTSIDE_BUILD}/installed)
+foreach(file outside.plugin.so extension.xml)
+    if(NOT EXISTS ${app}/plugins/outside.plugin/${file})
+        message(FATAL_ERROR "not installed: app/plugins/outside.plugin/${file}")
+    endif()
+endforeach()
+run(${ES_OUTSIDE_BUILD}/check_plugin ${app}/plugins/outside.plugin/outside.plugin.so)
+
+# A prefix moved elsewhere still runs its tools: they find the library relative to themselves.
+file(RENAME ${ES_PREFIX} ${ES_PREFIX}-moved)
+execute_process(COMMAND ${ES_PREFIX}-moved/bin/es-inspect ${app}
+    RESULT_VARIABLE rc OUTPUT_VARIABLE out ERROR_VARIABLE err)
+file(RENAME ${ES_PREFIX}-moved ${ES_PREFIX})
+if(NOT rc EQUAL 0 OR NOT out MATCHES "symbolic: +outside.plugin" OR NOT out MATCHES "resolved, position 1")
+    message(FATAL_ERROR "es-inspect of the moved prefix (${rc}):\n${out}\n${err}")
+endif()
+message(STATUS "es-inspect runs from a moved prefix and resolves the installed plug-in")
 
 # The helper links with --no-undefined: an author meets a missing symbol at build time.
 run(${CMAKE_COMMAND} -S ${ES_OUTSIDE_SOURCE} -B ${ES_OUTSIDE_BUILD}-undefined
