@@ -73,13 +73,15 @@ public:
         QHash<QString, QVariant> properties;
         properties.insert(PluginConstance::SERVICE_RANKING, 10);
         properties.insert(PluginConstance::SERVICE_DESCRIPTION, QStringLiteral("greets whoever asks"));
-        registration = context->registerService(&factory, {QStringLiteral("demo.IGreeter")}, properties);
+        registrations.append(context->registerService(&factory, {QStringLiteral("demo.IGreeter")}, properties));
         tell(QStringLiteral("demo.core"), QStringLiteral("started: greeter factory registered as service %1")
-                                                  .arg(registration.property().serviceId()));
+                                                  .arg(registrations.last().property().serviceId()));
     }
     void stop(PluginContext *context) override
     {
-        registration.unregister();
+        for (ServiceRegistration &registration : registrations)
+            registration.unregister();
+        registrations.clear();
         context->unregisterlistener(&watcher);
         tell(QStringLiteral("demo.core"), QStringLiteral("stopped"));
     }
@@ -87,7 +89,8 @@ public:
 private:
     GreeterFactory factory;
     StateWatcher watcher;
-    ServiceRegistration registration;
+    // Copied in, never assigned over a default-made handle, whose record would leak.
+    QList<ServiceRegistration> registrations;
 };
 
 #include "corepl.moc"

@@ -112,7 +112,7 @@ public:
         point = new CommandPoint(context->symbolic());
         context->registerExtensionPoint(point);
         shell = new Shell(point);
-        registration = context->registerService(shell, {QStringLiteral("demo.IShell")});
+        registrations.append(context->registerService(shell, {QStringLiteral("demo.IShell")}));
         context->registerPluginListener(&watcher);
 
         // Consume the greeter: the factory behind it makes one for this plug-in.
@@ -131,7 +131,9 @@ public:
             context->ungetService(greeters.first(), greeter);
         greeter = nullptr;
         greeters.clear();
-        registration.unregister();
+        for (ServiceRegistration &registration : registrations)
+            registration.unregister();
+        registrations.clear();
         context->unregisterExtensionPoint(QStringLiteral("demo.commands"));
         delete shell;
         delete point;
@@ -144,9 +146,9 @@ private:
     CommandPoint *point = nullptr;
     Shell *shell = nullptr;
     StartWatcher watcher;
-    ServiceRegistration registration;
-    // Held in a list: assigning one handle over another would never release the
-    // record the target held.
+    // Handles are held in lists and copied in: assigning one handle over another
+    // would never release the record the target held.
+    QList<ServiceRegistration> registrations;
     QList<ServiceReference> greeters;
     QObject *greeter = nullptr;
 };
