@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "harness.h"
 
-#include <object/iobjectnotifier.h>
-#include <object/object.h>
-#include <object/object_p.h>
+#include <objecttree/iobjectnotifier.h>
+#include <objecttree/object.h>
+#include <objecttree/object_p.h>
 
 #include <QtCore/QHash>
 #include <QtCore/QList>

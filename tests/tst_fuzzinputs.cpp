@@ -4,7 +4,7 @@
 
 #include "../fuzz/harness.h"
 
-#include <object/object.h>
+#include <objecttree/object.h>
 
 #include <QtCore/QDir>
 #include <QtTest>

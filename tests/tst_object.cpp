@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include <QtTest>
 
-#include <object/iobjectnotifier.h>
-#include <object/object.h>
+#include <objecttree/iobjectnotifier.h>
+#include <objecttree/object.h>
 
 using namespace ExtensionSystem;
 

@@ -10,15 +10,15 @@
 
 #include "benchcommon.h"
 
-#include <event/customizedevent.h>
-#include <plugin/pluginresolver.h>
-#include <event/icustomizedlistener.h>
-#include <framework/pluginframework.h>
-#include <plugin/plugincontext.h>
-#include <plugin/plugininfo.h>
-#include <plugin/pluginmanager.h>
-#include <service/servicereference.h>
-#include <service/serviceregistration.h>
+#include <ExtensionSystem/CustomizedEvent>
+#include <ExtensionSystem/PluginResolver>
+#include <ExtensionSystem/ICustomizedListener>
+#include <ExtensionSystem/PluginFramework>
+#include <ExtensionSystem/PluginContext>
+#include <ExtensionSystem/PluginInfo>
+#include <ExtensionSystem/PluginManager>
+#include <ExtensionSystem/ServiceReference>
+#include <ExtensionSystem/ServiceRegistration>
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QDir>

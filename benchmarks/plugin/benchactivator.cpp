@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "benchactivator.h"
 
-#include <extension/extensiondata.h>
-#include <extension/extensionpoint.h>
-#include <plugin/plugincontext.h>
-#include <plugin/pluginmetadata.h>
+#include <ExtensionSystem/ExtensionData>
+#include <ExtensionSystem/ExtensionPoint>
+#include <ExtensionSystem/PluginContext>
+#include <ExtensionSystem/PluginMetaData>
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QXmlStreamReader>

@@ -2,8 +2,8 @@
 #ifndef BENCHACTIVATOR_H
 #define BENCHACTIVATOR_H
 
-#include <plugin/ipluginactivator.h>
-#include <service/serviceregistration.h>
+#include <ExtensionSystem/IPluginActivator>
+#include <ExtensionSystem/ServiceRegistration>
 
 #include <QtCore/QList>
 

@@ -5,15 +5,15 @@
 
 #include "../plugins/common/demo.h"
 
-#include <event/pluginevent.h>
-#include <framework/pluginframework.h>
-#include <plugin/plugincontext.h>
-#include <plugin/plugininfo.h>
-#include <plugin/pluginmanager.h>
-#include <plugin/pluginproblem.h>
-#include <service/servicemanager.h>
-#include <service/serviceproperty.h>
-#include <service/servicereference.h>
+#include <ExtensionSystem/PluginEvent>
+#include <ExtensionSystem/PluginFramework>
+#include <ExtensionSystem/PluginContext>
+#include <ExtensionSystem/PluginInfo>
+#include <ExtensionSystem/PluginManager>
+#include <ExtensionSystem/PluginProblem>
+#include <ExtensionSystem/ServiceManager>
+#include <ExtensionSystem/ServiceProperty>
+#include <ExtensionSystem/ServiceReference>
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QDateTime>

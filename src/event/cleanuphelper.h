@@ -2,7 +2,7 @@
 #ifndef EXTENSIONSYSTEM_CLEANUPHELPER_H
 #define EXTENSIONSYSTEM_CLEANUPHELPER_H
 
-#include "extensionsystem_global.h"
+#include "../extensionsystem_global.h"
 
 namespace ExtensionSystem {
 

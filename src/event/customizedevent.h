@@ -2,7 +2,7 @@
 #ifndef EXTENSIONSYSTEM_CUSTOMIZEDEVENT_H
 #define EXTENSIONSYSTEM_CUSTOMIZEDEVENT_H
 
-#include "extensionsystem_global.h"
+#include "../extensionsystem_global.h"
 #include "eventdata.h"
 
 #include <QtCore/QMetaType>

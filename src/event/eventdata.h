@@ -2,7 +2,7 @@
 #ifndef EXTENSIONSYSTEM_EVENTDATA_H
 #define EXTENSIONSYSTEM_EVENTDATA_H
 
-#include "extensionsystem_global.h"
+#include "../extensionsystem_global.h"
 
 #include <QtCore/QHash>
 #include <QtCore/QMap>

@@ -2,8 +2,8 @@
 #ifndef EXTENSIONSYSTEM_ICUSTOMIZEDLISTENER_H
 #define EXTENSIONSYSTEM_ICUSTOMIZEDLISTENER_H
 
-#include <event/ilistener.h>
-#include <event/customizedevent.h>
+#include "ilistener.h"
+#include "customizedevent.h"
 
 namespace ExtensionSystem {
 

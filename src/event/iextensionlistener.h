@@ -2,8 +2,8 @@
 #ifndef EXTENSIONSYSTEM_IEXTENSIONLISTENER_H
 #define EXTENSIONSYSTEM_IEXTENSIONLISTENER_H
 
-#include <event/ilistener.h>
-#include <event/extensionevent.h>
+#include "ilistener.h"
+#include "extensionevent.h"
 
 namespace ExtensionSystem {
 

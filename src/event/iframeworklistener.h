@@ -2,8 +2,8 @@
 #ifndef EXTENSIONSYSTEM_IFRAMEWORKLISTENER_H
 #define EXTENSIONSYSTEM_IFRAMEWORKLISTENER_H
 
-#include <event/ilistener.h>
-#include <event/frameworkevent.h>
+#include "ilistener.h"
+#include "frameworkevent.h"
 
 namespace ExtensionSystem {
 

@@ -2,9 +2,9 @@
 #ifndef EXTENSIONSYSTEM_ILISTENER_H
 #define EXTENSIONSYSTEM_ILISTENER_H
 
-#include "extensionsystem_global.h"
+#include "../extensionsystem_global.h"
 
-#include <event/eventdata.h>
+#include "eventdata.h"
 
 #include <QtCore/QObject>
 #include <QtCore/QSharedDataPointer>

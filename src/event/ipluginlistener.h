@@ -2,8 +2,8 @@
 #ifndef EXTENSIONSYSTEM_IPLUGINLISTENER_H
 #define EXTENSIONSYSTEM_IPLUGINLISTENER_H
 
-#include <event/ilistener.h>
-#include <event/pluginevent.h>
+#include "ilistener.h"
+#include "pluginevent.h"
 
 namespace ExtensionSystem {
 

@@ -2,8 +2,8 @@
 #ifndef EXTENSIONSYSTEM_ISERVICELISTENER_H
 #define EXTENSIONSYSTEM_ISERVICELISTENER_H
 
-#include <event/ilistener.h>
-#include <event/serviceevent.h>
+#include "ilistener.h"
+#include "serviceevent.h"
 
 namespace ExtensionSystem {
 

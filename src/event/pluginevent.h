@@ -2,7 +2,7 @@
 #ifndef EXTENSIONSYSTEM_PLUGINEVENT_H
 #define EXTENSIONSYSTEM_PLUGINEVENT_H
 
-#include "extensionsystem_global.h"
+#include "../extensionsystem_global.h"
 #include "eventdata.h"
 
 #include <QtCore/QMetaType>

@@ -2,9 +2,9 @@
 #ifndef EXTENSIONSYSTEM_EXTENSIONCALLBACK_H
 #define EXTENSIONSYSTEM_EXTENSIONCALLBACK_H
 
-#include "extensionsystem_global.h"
+#include "../extensionsystem_global.h"
 
-#include <extension/extensionhandler.h>
+#include "extensionhandler.h"
 
 namespace ExtensionSystem {
 

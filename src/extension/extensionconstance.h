@@ -2,7 +2,7 @@
 #ifndef EXTENSIONSYSTEM_EXTENSIONCONSTANCE_H
 #define EXTENSIONSYSTEM_EXTENSIONCONSTANCE_H
 
-#include "extensionsystem_global.h"
+#include "../extensionsystem_global.h"
 
 #include <QtCore/QString>
 

@@ -5,7 +5,7 @@
 
 #include "extensiondata.h"
 
-#include <object/object_p.h>
+#include <objecttree/object_p.h>
 
 #include <QtCore/QList>
 

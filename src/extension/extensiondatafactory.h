@@ -2,9 +2,9 @@
 #ifndef EXTENSIONSYSTEM_EXTENSIONDATAFACTORY_H
 #define EXTENSIONSYSTEM_EXTENSIONDATAFACTORY_H
 
-#include "extensionsystem_global.h"
+#include "../extensionsystem_global.h"
 
-#include <extension/extensiondata.h>
+#include "extensiondata.h"
 
 namespace ExtensionSystem {
 

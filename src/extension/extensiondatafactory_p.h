@@ -6,7 +6,7 @@
 #include "extensiondatafactory.h"
 
 #include <extension/extensiondata_p.h>
-#include <object/iobjectnotifier.h>
+#include <objecttree/iobjectnotifier.h>
 
 #include <QtCore/QHash>
 #include <QtCore/QList>

@@ -5,7 +5,7 @@
 
 #include "extensionhandler.h"
 
-#include <object/object_p.h>
+#include <objecttree/object_p.h>
 
 namespace ExtensionSystem {
 namespace Internal {

@@ -2,9 +2,9 @@
 #ifndef EXTENSIONSYSTEM_EXTENSIONHANDLERADMIN_H
 #define EXTENSIONSYSTEM_EXTENSIONHANDLERADMIN_H
 
-#include "extensionsystem_global.h"
+#include "../extensionsystem_global.h"
 
-#include <object/object.h>
+#include "../objecttree/object.h"
 
 #include <QtCore/QGenericArgument>
 

@@ -5,7 +5,7 @@
 
 #include "extensionhandleradmin.h"
 
-#include <object/object_p.h>
+#include <objecttree/object_p.h>
 #include <plugin/plugincontext.h>
 
 #include <QtCore/QPointer>

@@ -2,9 +2,9 @@
 #ifndef EXTENSIONSYSTEM_EXTENSIONHANDLERFACTORY_H
 #define EXTENSIONSYSTEM_EXTENSIONHANDLERFACTORY_H
 
-#include "extensionsystem_global.h"
+#include "../extensionsystem_global.h"
 
-#include <extension/extensionhandler.h>
+#include "extensionhandler.h"
 
 #include <QtCore/QList>
 

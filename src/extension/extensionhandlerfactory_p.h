@@ -7,7 +7,7 @@
 
 #include <extension/extensiondatafactory_p.h>
 #include <extension/extensionhandler_p.h>
-#include <object/iobjectnotifier.h>
+#include <objecttree/iobjectnotifier.h>
 
 #include <QtCore/QHash>
 #include <QtCore/QMap>

@@ -5,8 +5,8 @@
 
 #include "extensionpoint.h"
 
-#include <object/iobjectnotifier.h>
-#include <object/object_p.h>
+#include <objecttree/iobjectnotifier.h>
+#include <objecttree/object_p.h>
 
 #include <QtCore/QHash>
 

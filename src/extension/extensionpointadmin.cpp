@@ -8,7 +8,7 @@
 #include <extension/extensionpoint.h>
 #include <extension/extensionstorage.h>
 #include <framework/pluginframeworkcontext.h>
-#include <object/iobjectnotifier.h>
+#include <objecttree/iobjectnotifier.h>
 
 namespace ExtensionSystem {
 namespace Internal {

@@ -5,7 +5,7 @@
 #include "extensionsystem_global.h"
 
 #include <extension/exttype.h>
-#include <object/object.h>
+#include <objecttree/object.h>
 
 #include <QtCore/QHash>
 #include <QtCore/QObject>

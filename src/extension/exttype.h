@@ -2,7 +2,7 @@
 #ifndef EXTENSIONSYSTEM_EXTTYPE_H
 #define EXTENSIONSYSTEM_EXTTYPE_H
 
-#include "extensionsystem_global.h"
+#include "../extensionsystem_global.h"
 
 #include <QtCore/QList>
 #include <QtCore/QMetaType>

@@ -2,9 +2,9 @@
 #ifndef EXTENSIONSYSTEM_PLUGINFRAMEWORK_H
 #define EXTENSIONSYSTEM_PLUGINFRAMEWORK_H
 
-#include "extensionsystem_global.h"
+#include "../extensionsystem_global.h"
 
-#include <event/pluginevent.h>
+#include "../event/pluginevent.h"
 
 #include <QtCore/QObject>
 

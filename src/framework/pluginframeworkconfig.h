@@ -2,7 +2,7 @@
 #ifndef EXTENSIONSYSTEM_PLUGINFRAMEWORKCONFIG_H
 #define EXTENSIONSYSTEM_PLUGINFRAMEWORKCONFIG_H
 
-#include "extensionsystem_global.h"
+#include "../extensionsystem_global.h"
 
 #include <QtCore/QDir>
 #include <QtCore/QObject>

@@ -2,7 +2,7 @@
 #ifndef EXTENSIONSYSTEM_PLUGINFRAMEWORKCONSTANCE_H
 #define EXTENSIONSYSTEM_PLUGINFRAMEWORKCONSTANCE_H
 
-#include "extensionsystem_global.h"
+#include "../extensionsystem_global.h"
 
 #include <QtCore/QString>
 

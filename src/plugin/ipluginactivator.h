@@ -2,7 +2,7 @@
 #ifndef EXTENSIONSYSTEM_IPLUGINACTIVATOR_H
 #define EXTENSIONSYSTEM_IPLUGINACTIVATOR_H
 
-#include "extensionsystem_global.h"
+#include "../extensionsystem_global.h"
 
 #include <QtCore/QObject>
 

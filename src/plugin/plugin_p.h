@@ -5,7 +5,7 @@
 
 #include "plugin.h"
 
-#include <object/iobjectnotifier.h>
+#include <objecttree/iobjectnotifier.h>
 
 #include <QtCore/QPluginLoader>
 #include <QtCore/QTranslator>

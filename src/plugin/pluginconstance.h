@@ -2,7 +2,7 @@
 #ifndef EXTENSIONSYSTEM_PLUGINCONSTANCE_H
 #define EXTENSIONSYSTEM_PLUGINCONSTANCE_H
 
-#include "extensionsystem_global.h"
+#include "../extensionsystem_global.h"
 
 #include <QtCore/QString>
 

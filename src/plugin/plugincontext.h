@@ -2,10 +2,10 @@
 #ifndef EXTENSIONSYSTEM_PLUGINCONTEXT_H
 #define EXTENSIONSYSTEM_PLUGINCONTEXT_H
 
-#include "extensionsystem_global.h"
+#include "../extensionsystem_global.h"
 
-#include <framework/pluginframeworkconfig.h>
-#include <plugin/plugininfo.h>
+#include "../framework/pluginframeworkconfig.h"
+#include "plugininfo.h"
 
 #include <QtCore/QDir>
 #include <QtCore/QHash>

@@ -2,7 +2,7 @@
 #ifndef EXTENSIONSYSTEM_PLUGINDEPENDENCY_H
 #define EXTENSIONSYSTEM_PLUGINDEPENDENCY_H
 
-#include "extensionsystem_global.h"
+#include "../extensionsystem_global.h"
 
 #include <QtCore/QScopedPointer>
 #include <QtCore/QString>

@@ -2,7 +2,7 @@
 #ifndef EXTENSIONSYSTEM_PLUGININFO_H
 #define EXTENSIONSYSTEM_PLUGININFO_H
 
-#include "extensionsystem_global.h"
+#include "../extensionsystem_global.h"
 
 #include <QtCore/QMap>
 #include <QtCore/QMetaType>

@@ -2,11 +2,11 @@
 #ifndef EXTENSIONSYSTEM_PLUGINMANAGER_H
 #define EXTENSIONSYSTEM_PLUGINMANAGER_H
 
-#include "extensionsystem_global.h"
+#include "../extensionsystem_global.h"
 
-#include <framework/pluginframeworkconfig.h>
-#include <plugin/plugininfo.h>
-#include <plugin/pluginproblem.h>
+#include "../framework/pluginframeworkconfig.h"
+#include "plugininfo.h"
+#include "pluginproblem.h"
 
 #include <QtCore/QDir>
 #include <QtCore/QFileInfo>

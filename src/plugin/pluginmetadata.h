@@ -2,7 +2,7 @@
 #ifndef EXTENSIONSYSTEM_PLUGINMETADATA_H
 #define EXTENSIONSYSTEM_PLUGINMETADATA_H
 
-#include "extensionsystem_global.h"
+#include "../extensionsystem_global.h"
 
 #include <QtCore/QList>
 #include <QtCore/QScopedPointer>

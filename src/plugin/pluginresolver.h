@@ -2,9 +2,9 @@
 #ifndef EXTENSIONSYSTEM_PLUGINRESOLVER_H
 #define EXTENSIONSYSTEM_PLUGINRESOLVER_H
 
-#include "extensionsystem_global.h"
+#include "../extensionsystem_global.h"
 
-#include <plugin/pluginproblem.h>
+#include "pluginproblem.h"
 
 #include <QtCore/QLibrary>
 #include <QtCore/QList>

@@ -2,7 +2,7 @@
 #ifndef EXTENSIONSYSTEM_ISERVICEFACTORY_H
 #define EXTENSIONSYSTEM_ISERVICEFACTORY_H
 
-#include "extensionsystem_global.h"
+#include "../extensionsystem_global.h"
 
 #include <QtCore/QObject>
 

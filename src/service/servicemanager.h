@@ -2,7 +2,7 @@
 #ifndef EXTENSIONSYSTEM_SERVICEMANAGER_H
 #define EXTENSIONSYSTEM_SERVICEMANAGER_H
 
-#include "extensionsystem_global.h"
+#include "../extensionsystem_global.h"
 
 #include <QtCore/QHash>
 #include <QtCore/QList>

@@ -2,7 +2,7 @@
 #ifndef EXTENSIONSYSTEM_SERVICEPROPERTY_H
 #define EXTENSIONSYSTEM_SERVICEPROPERTY_H
 
-#include "extensionsystem_global.h"
+#include "../extensionsystem_global.h"
 
 #include <QtCore/QHash>
 #include <QtCore/QMetaType>

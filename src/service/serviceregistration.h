@@ -2,7 +2,7 @@
 #ifndef EXTENSIONSYSTEM_SERVICEREGISTRATION_H
 #define EXTENSIONSYSTEM_SERVICEREGISTRATION_H
 
-#include "extensionsystem_global.h"
+#include "../extensionsystem_global.h"
 
 #include <QtCore/QHash>
 #include <QtCore/QString>

@@ -1,5 +1,6 @@
 # SPDX-License-Identifier: BSD-3-Clause
 # Driven by CTest; see CMakeLists.txt beside this file.
+cmake_policy(VERSION 3.16)
 function(run)
     execute_process(COMMAND ${ARGN} RESULT_VARIABLE rc OUTPUT_VARIABLE out ERROR_VARIABLE err)
     if(NOT rc EQUAL 0)
@@ -13,9 +14,12 @@ file(REMOVE_RECURSE ${ES_PREFIX} ${ES_PREFIX}-moved ${ES_OUTSIDE_BUILD} ${ES_OUT
 run(${CMAKE_COMMAND} --install ${ES_BUILD_DIR} --prefix ${ES_PREFIX})
 
 foreach(path
-        include/extensionsystem/extensionsystem_global.h
-        include/extensionsystem/plugin/pluginmetadata.h
-        include/extensionsystem/plugin/ipluginactivator.h
+        include/ExtensionSystem/extensionsystem_global.h
+        include/ExtensionSystem/plugin/pluginmetadata.h
+        include/ExtensionSystem/plugin/ipluginactivator.h
+        include/ExtensionSystem/PluginFramework
+        include/ExtensionSystem/Object
+        include/ExtensionSystem/objecttree/object.h
         lib/cmake/ExtensionSystem/ExtensionSystemConfig.cmake
         lib/cmake/ExtensionSystem/ExtensionSystemConfigVersion.cmake
         lib/cmake/ExtensionSystem/ExtensionSystemPlugin.cmake)
@@ -27,6 +31,22 @@ file(GLOB_RECURSE private_headers ${ES_PREFIX}/include/*_p.h)
 if(private_headers)
     message(FATAL_ERROR "private headers installed: ${private_headers}")
 endif()
+# One folder of ours below include/, and no two paths that a case-insensitive
+# file system would take for one.
+file(GLOB top RELATIVE ${ES_PREFIX}/include ${ES_PREFIX}/include/*)
+if(NOT top STREQUAL "ExtensionSystem")
+    message(FATAL_ERROR "include/ holds more than ExtensionSystem/: ${top}")
+endif()
+file(GLOB_RECURSE installed LIST_DIRECTORIES true RELATIVE ${ES_PREFIX} ${ES_PREFIX}/include/*
+    ${ES_PREFIX}/lib/* ${ES_PREFIX}/bin/*)
+set(seen)
+foreach(path IN LISTS installed)
+    string(TOLOWER "${path}" folded)
+    if(folded IN_LIST seen)
+        message(FATAL_ERROR "two installed paths differ only in case: ${path}")
+    endif()
+    list(APPEND seen "${folded}")
+endforeach()
 
 string(REPLACE ";" " " flags "${ES_EXTRA_FLAGS}")
 run(${CMAKE_COMMAND} -S ${ES_OUTSIDE_SOURCE} -B ${ES_OUTSIDE_BUILD}

@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "inspector.h"
 
-#include <framework/pluginframeworkconfig.h>
-#include <framework/pluginframeworkconstance.h>
-#include <plugin/ipluginactivator.h>
-#include <plugin/pluginconstance.h>
-#include <plugin/plugindependency.h>
-#include <plugin/pluginmanager.h>
-#include <plugin/pluginmetadata.h>
+#include <ExtensionSystem/PluginFrameworkConfig>
+#include <ExtensionSystem/PluginFrameworkConstance>
+#include <ExtensionSystem/IPluginActivator>
+#include <ExtensionSystem/PluginConstance>
+#include <ExtensionSystem/PluginDependency>
+#include <ExtensionSystem/PluginManager>
+#include <ExtensionSystem/PluginMetaData>
 
 #include <QtCore/QFile>
 #include <QtCore/QFileInfo>

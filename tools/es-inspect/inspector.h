@@ -2,8 +2,8 @@
 #ifndef ESINSPECT_INSPECTOR_H
 #define ESINSPECT_INSPECTOR_H
 
-#include <plugin/pluginproblem.h>
-#include <plugin/pluginresolver.h>
+#include <ExtensionSystem/PluginProblem>
+#include <ExtensionSystem/PluginResolver>
 
 #include <QtCore/QDir>
 #include <QtCore/QHash>

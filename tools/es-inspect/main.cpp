@@ -6,7 +6,7 @@
 #include "inspector.h"
 #include "report.h"
 
-#include <framework/pluginframeworkconstance.h>
+#include <ExtensionSystem/PluginFrameworkConstance>
 
 #include <QtCore/QCommandLineParser>
 #include <QtCore/QCoreApplication>

@@ -2,10 +2,10 @@
 #include "report.h"
 #include "inspector.h"
 
-#include <framework/pluginframeworkconfig.h>
-#include <plugin/pluginconstance.h>
-#include <plugin/plugindependency.h>
-#include <plugin/pluginmetadata.h>
+#include <ExtensionSystem/PluginFrameworkConfig>
+#include <ExtensionSystem/PluginConstance>
+#include <ExtensionSystem/PluginDependency>
+#include <ExtensionSystem/PluginMetaData>
 
 #include <QtCore/QHash>
 #include <QtCore/QObject>

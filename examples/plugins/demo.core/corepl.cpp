@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "../common/demo.h"
 
-#include <event/frameworkevent.h>
-#include <event/iframeworklistener.h>
-#include <plugin/ipluginactivator.h>
-#include <plugin/pluginconstance.h>
-#include <plugin/plugincontext.h>
-#include <service/iservicefactory.h>
-#include <service/serviceproperty.h>
-#include <service/serviceregistration.h>
+#include <ExtensionSystem/FrameworkEvent>
+#include <ExtensionSystem/IFrameworkListener>
+#include <ExtensionSystem/IPluginActivator>
+#include <ExtensionSystem/PluginConstance>
+#include <ExtensionSystem/PluginContext>
+#include <ExtensionSystem/IServiceFactory>
+#include <ExtensionSystem/ServiceProperty>
+#include <ExtensionSystem/ServiceRegistration>
 
 using namespace ExtensionSystem;
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "../common/demo.h"
 
-#include <plugin/ipluginactivator.h>
-#include <plugin/plugincontext.h>
+#include <ExtensionSystem/IPluginActivator>
+#include <ExtensionSystem/PluginContext>
 
 // Never started: config.ini puts it on the blacklist.
 class DisabledActivator : public QObject, public ExtensionSystem::IPluginActivator

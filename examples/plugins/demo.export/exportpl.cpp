@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "../common/demo.h"
 
-#include <event/customizedevent.h>
-#include <event/icustomizedlistener.h>
-#include <extension/extensionhandler.h>
-#include <plugin/ipluginactivator.h>
-#include <plugin/plugincontext.h>
+#include <ExtensionSystem/CustomizedEvent>
+#include <ExtensionSystem/ICustomizedListener>
+#include <ExtensionSystem/ExtensionHandler>
+#include <ExtensionSystem/IPluginActivator>
+#include <ExtensionSystem/PluginContext>
 
 using namespace ExtensionSystem;
 

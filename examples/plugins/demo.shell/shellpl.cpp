@@ -1,15 +1,15 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "../common/demo.h"
 
-#include <event/ipluginlistener.h>
-#include <event/pluginevent.h>
-#include <extension/extensiondata.h>
-#include <extension/extensionhandler.h>
-#include <extension/extensionpoint.h>
-#include <plugin/ipluginactivator.h>
-#include <plugin/plugincontext.h>
-#include <service/servicereference.h>
-#include <service/serviceregistration.h>
+#include <ExtensionSystem/IPluginListener>
+#include <ExtensionSystem/PluginEvent>
+#include <ExtensionSystem/ExtensionData>
+#include <ExtensionSystem/ExtensionHandler>
+#include <ExtensionSystem/ExtensionPoint>
+#include <ExtensionSystem/IPluginActivator>
+#include <ExtensionSystem/PluginContext>
+#include <ExtensionSystem/ServiceReference>
+#include <ExtensionSystem/ServiceRegistration>
 
 #include <QtXml/QDomDocument>
 

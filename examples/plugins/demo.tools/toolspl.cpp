@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "../common/demo.h"
 
-#include <event/customizedevent.h>
-#include <event/serviceevent.h>
-#include <extension/extensionhandleradmin.h>
-#include <plugin/ipluginactivator.h>
-#include <plugin/plugincontext.h>
+#include <ExtensionSystem/CustomizedEvent>
+#include <ExtensionSystem/ServiceEvent>
+#include <ExtensionSystem/ExtensionHandlerAdmin>
+#include <ExtensionSystem/IPluginActivator>
+#include <ExtensionSystem/PluginContext>
 
 using namespace ExtensionSystem;
 

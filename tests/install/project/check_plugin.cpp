@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Loads a plug-in as the framework does and reads its metadata at the resource
 // path derived from the library's file name.
-#include <plugin/ipluginactivator.h>
-#include <plugin/pluginconstance.h>
-#include <plugin/pluginmanager.h>
-#include <plugin/pluginmetadata.h>
-#include <plugin/pluginproblem.h>
-#include <plugin/pluginresolver.h>
+#include <ExtensionSystem/IPluginActivator>
+#include <ExtensionSystem/PluginConstance>
+#include <ExtensionSystem/PluginManager>
+#include <ExtensionSystem/PluginMetaData>
+#include <ExtensionSystem/PluginProblem>
+#include <ExtensionSystem/PluginResolver>
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QFileInfo>

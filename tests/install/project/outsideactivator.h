@@ -2,7 +2,7 @@
 #ifndef OUTSIDEACTIVATOR_H
 #define OUTSIDEACTIVATOR_H
 
-#include <plugin/ipluginactivator.h>
+#include <ExtensionSystem/IPluginActivator>
 
 class OutsideActivator : public QObject, public ExtensionSystem::IPluginActivator
 {

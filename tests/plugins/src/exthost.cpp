@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
-#include <extension/extensiondata.h>
-#include <extension/extensionpoint.h>
-#include <plugin/ipluginactivator.h>
-#include <plugin/plugincontext.h>
+#include <ExtensionSystem/ExtensionData>
+#include <ExtensionSystem/ExtensionPoint>
+#include <ExtensionSystem/IPluginActivator>
+#include <ExtensionSystem/PluginContext>
 
 #include <QtCore/QCoreApplication>
 #include <QtXml/QDomDocument>

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "pluginlog.h"
 
-#include <extension/extensionhandler.h>
-#include <plugin/ipluginactivator.h>
-#include <plugin/plugincontext.h>
+#include <ExtensionSystem/ExtensionHandler>
+#include <ExtensionSystem/IPluginActivator>
+#include <ExtensionSystem/PluginContext>
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QVariant>

@@ -2,11 +2,11 @@
 #include "serviceactivator.h"
 #include "pluginlog.h"
 
-#include <plugin/pluginconstance.h>
-#include <plugin/plugincontext.h>
-#include <plugin/pluginmetadata.h>
-#include <service/serviceproperty.h>
-#include <service/servicereference.h>
+#include <ExtensionSystem/PluginConstance>
+#include <ExtensionSystem/PluginContext>
+#include <ExtensionSystem/PluginMetaData>
+#include <ExtensionSystem/ServiceProperty>
+#include <ExtensionSystem/ServiceReference>
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QVariant>

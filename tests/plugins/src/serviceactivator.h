@@ -2,9 +2,9 @@
 #ifndef SERVICEACTIVATOR_H
 #define SERVICEACTIVATOR_H
 
-#include <plugin/ipluginactivator.h>
-#include <service/iservicefactory.h>
-#include <service/serviceregistration.h>
+#include <ExtensionSystem/IPluginActivator>
+#include <ExtensionSystem/IServiceFactory>
+#include <ExtensionSystem/ServiceRegistration>
 
 #include <QtCore/QHash>
 #include <QtCore/QList>

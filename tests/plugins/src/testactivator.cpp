@@ -2,8 +2,8 @@
 #include "testactivator.h"
 #include "pluginlog.h"
 
-#include <plugin/plugincontext.h>
-#include <plugin/pluginmetadata.h>
+#include <ExtensionSystem/PluginContext>
+#include <ExtensionSystem/PluginMetaData>
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QVariant>

@@ -2,7 +2,7 @@
 #ifndef TESTACTIVATOR_H
 #define TESTACTIVATOR_H
 
-#include <plugin/ipluginactivator.h>
+#include <ExtensionSystem/IPluginActivator>
 
 // One activator for most test plug-ins; what it does beyond logging is read
 // from the plug-in's own META.INF, so each plug-in differs only by its metadata.

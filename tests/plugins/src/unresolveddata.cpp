@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "pluginlog.h"
 
-#include <plugin/ipluginactivator.h>
-#include <plugin/plugincontext.h>
+#include <ExtensionSystem/IPluginActivator>
+#include <ExtensionSystem/PluginContext>
 
 // Defined by no library; a data reference is bound when the library is loaded.
 extern "C" int es_data_that_no_library_defines;

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "pluginlog.h"
 
-#include <plugin/ipluginactivator.h>
-#include <plugin/plugincontext.h>
+#include <ExtensionSystem/IPluginActivator>
+#include <ExtensionSystem/PluginContext>
 
 // Defined by no library. Bound lazily, the first call would end the process.
 extern "C" int es_function_that_no_library_defines();

@@ -2,7 +2,7 @@
 #ifndef EXTENSIONSYSTEM_IOBJECTNOTIFIER_H
 #define EXTENSIONSYSTEM_IOBJECTNOTIFIER_H
 
-#include "extensionsystem_global.h"
+#include "../extensionsystem_global.h"
 
 #include <QtCore/QHash>
 #include <QtCore/QString>
