@@ -96,12 +96,10 @@ EXTENSIONSYSTEM_EXPORT void registerMetaTypes();
     QCoreApplication::applicationDirPath() removed (case-sensitive).
 
     For a file below the application directory the result is relative to it and
-    starts with a slash.
-
-    \note This function is not exported from the library; it is for the
-    library's own use.
+    starts with a slash: the form of ExtType::Plugin::filepath and of the paths
+    that extension.dat holds.
 */
-QString storedPath(QString path);
+EXTENSIONSYSTEM_EXPORT QString storedPath(QString path);
 
 } // namespace ExtType
 } // namespace ExtensionSystem
