@@ -1,12 +1,6 @@
 # SPDX-License-Identifier: BSD-3-Clause
 # Driven by CTest; see CMakeLists.txt beside this file.
-function(run)
-    execute_process(COMMAND ${ARGN} RESULT_VARIABLE rc OUTPUT_VARIABLE out ERROR_VARIABLE err)
-    if(NOT rc EQUAL 0)
-        message(FATAL_ERROR "failed (${rc}): ${ARGN}\n${out}\n${err}")
-    endif()
-    set(last_output "${out}" PARENT_SCOPE)
-endfunction()
+include(${CMAKE_CURRENT_LIST_DIR}/../runcommand.cmake)
 
 file(REMOVE_RECURSE ${ES_WORK})
 file(MAKE_DIRECTORY ${ES_WORK})
@@ -29,14 +23,14 @@ if(count LESS 4)
     message(FATAL_ERROR "expected the guide's four files in README.md, found ${count}")
 endif()
 
-run(${CMAKE_COMMAND} --install ${ES_BUILD_DIR} --prefix ${ES_WORK}/prefix)
+es_run(${CMAKE_COMMAND} --install ${ES_BUILD_DIR} --prefix ${ES_WORK}/prefix)
 string(REPLACE ";" " " flags "${ES_EXTRA_FLAGS}")
-run(${CMAKE_COMMAND} -S ${ES_WORK}/hello -B ${ES_WORK}/hello-build
+es_run(${CMAKE_COMMAND} -S ${ES_WORK}/hello -B ${ES_WORK}/hello-build
     -DCMAKE_PREFIX_PATH=${ES_WORK}/prefix
     -DCMAKE_CXX_COMPILER=${ES_CXX_COMPILER}
     "-DCMAKE_CXX_FLAGS=${flags}"
     "-DCMAKE_MODULE_LINKER_FLAGS=${flags}")
-run(${CMAKE_COMMAND} --build ${ES_WORK}/hello-build -j2)
+es_run(${CMAKE_COMMAND} --build ${ES_WORK}/hello-build -j2)
 
 # An application directory: the example host, its plug-ins and configuration, and the new plug-in.
 get_filename_component(demo_dir ${ES_HOST} DIRECTORY)
@@ -47,12 +41,12 @@ file(COPY ${demo_dir}/config/es-demo-host/config.ini DESTINATION ${app}/config/e
 file(COPY ${ES_WORK}/hello-build/plugins/guide.hello DESTINATION ${app}/plugins)
 
 get_filename_component(host_name ${ES_HOST} NAME)
-run(${app}/${host_name})
-if(NOT last_output MATCHES "\nguide\\.hello +1\\.0\\.0 +Active ")
-    message(FATAL_ERROR "guide.hello is not active in the host's report:\n${last_output}")
+es_run(${app}/${host_name})
+if(NOT es_run_output MATCHES "\nguide\\.hello +1\\.0\\.0 +Active ")
+    message(FATAL_ERROR "guide.hello is not active in the host's report:\n${es_run_output}")
 endif()
 file(READ ${app}/demo-host.log log)
 if(NOT log MATCHES "guide.hello found a greeter from \"demo.core\"")
     message(FATAL_ERROR "guide.hello did not find the greeter:\n${log}")
 endif()
-message(STATUS "${last_output}")
+message(STATUS "${es_run_output}")

@@ -1,17 +1,10 @@
 # SPDX-License-Identifier: BSD-3-Clause
 # Driven by CTest; see CMakeLists.txt beside this file.
 cmake_policy(VERSION 3.16)
-function(run)
-    execute_process(COMMAND ${ARGN} RESULT_VARIABLE rc OUTPUT_VARIABLE out ERROR_VARIABLE err)
-    if(NOT rc EQUAL 0)
-        message(FATAL_ERROR "failed (${rc}): ${ARGN}\n${out}\n${err}")
-    endif()
-    message(STATUS "${out}")
-    set(run_output "${out}" PARENT_SCOPE)
-endfunction()
+include(${CMAKE_CURRENT_LIST_DIR}/../runcommand.cmake)
 
 file(REMOVE_RECURSE ${ES_PREFIX} ${ES_PREFIX}-moved ${ES_OUTSIDE_BUILD} ${ES_OUTSIDE_BUILD}-undefined)
-run(${CMAKE_COMMAND} --install ${ES_BUILD_DIR} --prefix ${ES_PREFIX})
+es_run(${CMAKE_COMMAND} --install ${ES_BUILD_DIR} --prefix ${ES_PREFIX})
 
 foreach(path
         include/ExtensionSystem/extensionsystem_global.h
@@ -49,18 +42,19 @@ foreach(path IN LISTS installed)
 endforeach()
 
 string(REPLACE ";" " " flags "${ES_EXTRA_FLAGS}")
-run(${CMAKE_COMMAND} -S ${ES_OUTSIDE_SOURCE} -B ${ES_OUTSIDE_BUILD}
+es_run(${CMAKE_COMMAND} -S ${ES_OUTSIDE_SOURCE} -B ${ES_OUTSIDE_BUILD}
     -DCMAKE_PREFIX_PATH=${ES_PREFIX}
     -DCMAKE_CXX_COMPILER=${ES_CXX_COMPILER}
     -DES_EXPECTED_QT_MAJOR_VERSION=${ES_QT_MAJOR_VERSION}
     "-DCMAKE_CXX_FLAGS=${flags}"
     "-DCMAKE_EXE_LINKER_FLAGS=${flags}"
     "-DCMAKE_MODULE_LINKER_FLAGS=${flags}")
-run(${CMAKE_COMMAND} --build ${ES_OUTSIDE_BUILD} -j2)
-run(${ES_OUTSIDE_BUILD}/check_plugin ${ES_OUTSIDE_BUILD}/plugins/outside.plugin/outside.plugin.so)
-if(NOT run_output MATCHES "on Qt ${ES_QT_MAJOR_VERSION}\\.")
-    message(FATAL_ERROR "the outside project does not run on Qt ${ES_QT_MAJOR_VERSION}: ${run_output}")
+es_run(${CMAKE_COMMAND} --build ${ES_OUTSIDE_BUILD} -j2)
+es_run(${ES_OUTSIDE_BUILD}/check_plugin ${ES_OUTSIDE_BUILD}/plugins/outside.plugin/outside.plugin.so)
+if(NOT es_run_output MATCHES "on Qt ${ES_QT_MAJOR_VERSION}\\.")
+    message(FATAL_ERROR "the outside project does not run on Qt ${ES_QT_MAJOR_VERSION}: ${es_run_output}")
 endif()
+message(STATUS "${es_run_output}")
 file(STRINGS ${ES_PREFIX}/lib/cmake/ExtensionSystem/ExtensionSystemConfig.cmake config_qt
     REGEX "set\\(ExtensionSystem_QT_MAJOR_VERSION")
 if(NOT config_qt STREQUAL "set(ExtensionSystem_QT_MAJOR_VERSION ${ES_QT_MAJOR_VERSION})")
@@ -69,13 +63,13 @@ endif()
 
 # INSTALL_DESTINATION: the plug-in and its extension file, ready for a host's plugins/.
 set(app ${ES_OUTSIDE_BUILD}/installed/app)
-run(${CMAKE_COMMAND} --install ${ES_OUTSIDE_BUILD} --prefix ${ES_OUTSIDE_BUILD}/installed)
+es_run(${CMAKE_COMMAND} --install ${ES_OUTSIDE_BUILD} --prefix ${ES_OUTSIDE_BUILD}/installed)
 foreach(file outside.plugin.so extension.xml)
     if(NOT EXISTS ${app}/plugins/outside.plugin/${file})
         message(FATAL_ERROR "not installed: app/plugins/outside.plugin/${file}")
     endif()
 endforeach()
-run(${ES_OUTSIDE_BUILD}/check_plugin ${app}/plugins/outside.plugin/outside.plugin.so)
+es_run(${ES_OUTSIDE_BUILD}/check_plugin ${app}/plugins/outside.plugin/outside.plugin.so)
 
 # A prefix moved elsewhere still runs its tools: they find the library relative to themselves.
 file(RENAME ${ES_PREFIX} ${ES_PREFIX}-moved)
@@ -88,7 +82,7 @@ endif()
 message(STATUS "es-inspect runs from a moved prefix and resolves the installed plug-in")
 
 # The helper links with --no-undefined: an author meets a missing symbol at build time.
-run(${CMAKE_COMMAND} -S ${ES_OUTSIDE_SOURCE} -B ${ES_OUTSIDE_BUILD}-undefined
+es_run(${CMAKE_COMMAND} -S ${ES_OUTSIDE_SOURCE} -B ${ES_OUTSIDE_BUILD}-undefined
     -DCMAKE_PREFIX_PATH=${ES_PREFIX}
     -DCMAKE_CXX_COMPILER=${ES_CXX_COMPILER}
     -DES_CHECK_NO_UNDEFINED=ON
