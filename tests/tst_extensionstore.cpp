@@ -166,6 +166,7 @@ private slots:
     void brokenFiles();
     void unusableStore();
     void readOnlyStore();
+    void indexesKeepRowsAndOrder();
 };
 
 void tst_ExtensionStore::initTestCase()
@@ -552,6 +553,121 @@ void tst_ExtensionStore::readOnlyStore()
     QVERIFY(!store.pluginRecord("/second.xml", symbolic, digest));
     QVERIFY(store.pluginRecord("/first.xml", symbolic, digest));
     QCOMPARE(digest, QString("1"));
+}
+
+namespace {
+
+// Everything the store's reads give for one active list, in the order they give it.
+QStringList everyRead(ExtensionStorage &store, const QStringList &symbolics, const QStringList &points,
+                      const QStringList &paths)
+{
+    QStringList result;
+    for (const QString &extPlugin : symbolics) {
+        for (const QString &point : points)
+            result << QString("texts %1 %2: %3")
+                              .arg(extPlugin, point, store.extensionTexts(extPlugin, point).join('|'));
+    }
+    for (const QString &path : paths) {
+        const QMultiHash<QString, QString> texts = store.extensionTextsOfFile(path);
+        QStringList keys = texts.uniqueKeys();
+        std::sort(keys.begin(), keys.end());
+        for (const QString &key : qAsConst(keys))
+            result << QString("file %1 %2: %3").arg(path, key, texts.values(key).join('|'));
+        QString symbolic = "-", digest = "-";
+        const bool found = store.pluginRecord(path, symbolic, digest);
+        result << QString("record %1: %2 %3 %4").arg(path).arg(found).arg(symbolic, digest);
+    }
+    return result;
+}
+
+} // namespace
+
+// The store's lookups may use indexes only where they change no row and no
+// order: the same reads on the same stores must give the same with and without.
+void tst_ExtensionStore::indexesKeepRowsAndOrder()
+{
+    const QStringList symbolics{"p0", "p1", "p2", "p3", "p4", "p5", "p6", "p7", "p8", "ghost"};
+    const QStringList points{"pt0", "pt1", "PT1", "pt2", "pt3", "pt4", ""};
+    for (quint32 seed = 1; seed <= 6; ++seed) {
+        QFile::remove(storePath());
+        QRandomGenerator random(seed);
+        auto pick = [&random](const QStringList &from) { return from.at(int(random.bounded(from.size()))); };
+        // Nine plug-ins on five file paths, so that some paths are recorded for two
+        // plug-ins; rows whose supplier is another plug-in or none that is known;
+        // and files written again, which moves their rows to the end.
+        QStringList paths;
+        QList<ExtType::Plugin> files;
+        for (int i = 0; i < 9; ++i) {
+            ExtType::Plugin file;
+            file.symbolic = symbolics.at(i);
+            file.filepath = QString("/plugins/d%1/extension.xml").arg(i % 5);
+            file.md5 = QString::number(seed * 100 + i);
+            files << file;
+            if (!paths.contains(file.filepath))
+                paths << file.filepath;
+        }
+        paths << "/plugins/none/extension.xml";
+        auto write = [&](ExtensionStorage &store, ExtType::Plugin file) {
+            file.data.clear();
+            for (int n = int(random.bounded(12)); n > 0; --n) {
+                const QString supplier = random.bounded(4) == 0 ? pick(symbolics) : file.symbolic;
+                file.data << ExtType::Data{pick(points.mid(0, 6)), supplier, pick(symbolics.mid(0, 5)),
+                                           QString("<D n=\"%1\"/>").arg(random.generate() % 1000)};
+            }
+            store.writeExtensionPlugin(file);
+        };
+
+        ExtensionStorage store(PluginFrameworkConfig::configDir(), nullptr);
+        for (int round = 0; round < 3; ++round) {
+            for (int i = 0; i < files.size(); ++i)
+                write(store, files.at(int(random.bounded(files.size()))));
+        }
+
+        // A second connection sees the schema the store made and later takes its indexes away.
+        QStringList indexes;
+        for (const QStringList &row : rows("SELECT name FROM sqlite_master WHERE type = 'index' AND sql IS NOT NULL"))
+            indexes << row.first();
+        QVERIFY2(indexes.size() >= 3, qPrintable(indexes.join(' ')));
+        QVERIFY(count("tbl_extdata") > 10);
+
+        QList<QStringList> activeLists{symbolics, {}, {"p1", "p3", "p5", "p7"}, {"p8", "p0", "ghost"}};
+        QStringList subset;
+        for (const QString &symbolic : symbolics) {
+            if (random.bounded(2))
+                subset << symbolic;
+        }
+        activeLists << subset;
+        QList<QStringList> indexed;
+        for (const QStringList &active : qAsConst(activeLists)) {
+            store.setActivePlugins(active.isEmpty() ? QStringList{"nobody"} : active);
+            indexed << everyRead(store, symbolics, points, paths);
+        }
+        // Enough reads give several rows for their order to mean something.
+        int several = 0;
+        for (const QStringList &reads : qAsConst(indexed))
+            several += int(std::count_if(reads.cbegin(), reads.cend(),
+                                         [](const QString &line) { return line.contains('|'); }));
+        QVERIFY2(several >= 20, qPrintable(QString::number(several)));
+
+        {
+            QSqlDatabase db = QSqlDatabase::addDatabase("QSQLITE", "tst_dropper");
+            db.setDatabaseName(storePath());
+            QVERIFY(db.open());
+            for (const QString &index : qAsConst(indexes))
+                QVERIFY(QSqlQuery(db).exec("DROP INDEX `" + index + "`"));
+        }
+        QSqlDatabase::removeDatabase("tst_dropper");
+        QCOMPARE(count("sqlite_master", "type = 'index' AND sql IS NOT NULL"), 0);
+
+        for (int i = 0; i < activeLists.size(); ++i) {
+            const QStringList &active = activeLists.at(i);
+            store.setActivePlugins(active.isEmpty() ? QStringList{"nobody"} : active);
+            const QStringList plain = everyRead(store, symbolics, points, paths);
+            QCOMPARE(plain.size(), indexed.at(i).size());
+            for (int line = 0; line < plain.size(); ++line)
+                QCOMPARE(plain.at(line), indexed.at(i).at(line));
+        }
+    }
 }
 
 QTEST_MAIN(tst_ExtensionStore)

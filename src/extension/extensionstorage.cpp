@@ -58,6 +58,15 @@ const QString SELECT_TEXTS_OF_FILE = QStringLiteral(
 
 const QString ACTIVE_SEPARATOR = QStringLiteral("','");
 
+// The reads look rows up by these columns. Not by ed_plugin: its rows would then
+// come back grouped by plug-in, and extensionTextsOfFile hands them out in the
+// order of the table when one file path is recorded for two plug-ins.
+const QString CREATE_INDEXES[] = {
+        QStringLiteral("CREATE INDEX IF NOT EXISTS `idx_extdata_point` ON `tbl_extdata` (`ed_point`);"),
+        QStringLiteral("CREATE INDEX IF NOT EXISTS `idx_plugin_symbolic` ON `tbl_plugin` (`plug_symbolic`);"),
+        QStringLiteral("CREATE INDEX IF NOT EXISTS `idx_plugin_filepath` ON `tbl_plugin` (`plug_filepath`);"),
+};
+
 // Every table and column of the store, in one statement: a store that another
 // process holds locked costs one busy wait here, not one per table.
 const QString SELECT_SCHEMA = QStringLiteral(
@@ -152,8 +161,39 @@ void ExtensionStoragePrivate::initialize()
     execute(CREATE_PLUGIN_TABLE);
     execute(CREATE_EXTPOINT_TABLE);
     execute(CREATE_EXTDATA_TABLE);
+    createIndexes();
     activePlugins.clear();
     activeSet.clear();
+    activeChanged();
+}
+
+// All three in one transaction: one journal write at the first start instead of
+// three. A store that is read-only or locked goes without; it reads the same rows.
+void ExtensionStoragePrivate::createIndexes()
+{
+    if (!db.isOpen())
+        return;
+    db.transaction();
+    QSqlQuery query(db);
+    for (const QString &sql : CREATE_INDEXES)
+        query.exec(sql);
+    query.finish();
+    db.commit();
+}
+
+const QString &ExtensionStoragePrivate::activeList()
+{
+    if (!activeJoinedValid) {
+        activeJoined = activePlugins.join(ACTIVE_SEPARATOR);
+        activeJoinedValid = true;
+    }
+    return activeJoined;
+}
+
+void ExtensionStoragePrivate::activeChanged()
+{
+    activeJoinedValid = false;
+    activeJoined.clear();
 }
 
 bool ExtensionStoragePrivate::open()
@@ -173,10 +213,10 @@ int ExtensionStoragePrivate::execute(const QString &sql)
 
     db.transaction();
     QSqlQuery query(db);
-    // exec() runs the statement just prepared; exec(sql) would have SQLite
-    // parse the same text a second time.
-    if (query.prepare(sql))
-        query.exec();
+    // One exec(sql): the driver compiles the text once and refuses what it cannot
+    // compile, as prepare() would, without prepare()'s search for placeholders
+    // that these texts do not have.
+    query.exec(sql);
     int result = query.numRowsAffected();
     if (sql.startsWith(QLatin1String("insert"), Qt::CaseInsensitive) && result >= 1)
         result = query.lastInsertId().toInt();
@@ -193,8 +233,7 @@ int ExtensionStoragePrivate::query(const QString &sql, QList<QSqlRecord> &record
     db.transaction();
     QSqlQuery query(db);
     query.setForwardOnly(true);
-    if (query.prepare(sql))
-        query.exec(); // runs the statement just prepared
+    query.exec(sql); // compiled once, see execute()
     while (query.next())
         records.append(query.record());
     const int result = records.size();
@@ -337,8 +376,7 @@ QStringList ExtensionStorage::extensionTexts(const QString &extPlugin, const QSt
 
     // The active list filters the plug-in that supplies the extension.
     QList<QSqlRecord> records;
-    d->query(SELECT_TEXTS.arg(pointId.trimmed(), extPlugin.trimmed(), d->activePlugins.join(ACTIVE_SEPARATOR)),
-             records);
+    d->query(SELECT_TEXTS.arg(pointId.trimmed(), extPlugin.trimmed(), d->activeList()), records);
     QStringList texts;
     for (const QSqlRecord &record : qAsConst(records))
         texts << record.value(QStringLiteral("ed_data")).toString();
@@ -354,7 +392,7 @@ QMultiHash<QString, QString> ExtensionStorage::extensionTextsOfFile(const QStrin
 
     // Here the active list filters the plug-in that declares the point.
     QList<QSqlRecord> records;
-    d->query(SELECT_TEXTS_OF_FILE.arg(path, d->activePlugins.join(ACTIVE_SEPARATOR)), records);
+    d->query(SELECT_TEXTS_OF_FILE.arg(path, d->activeList()), records);
     QMultiHash<QString, QString> texts;
     for (const QSqlRecord &record : qAsConst(records))
         texts.insert(record.value(QStringLiteral("ed_point")).toString(),
@@ -375,6 +413,7 @@ void ExtensionStorage::setActivePlugins(const QStringList &plugins)
         return;
     d->activePlugins = plugins;
     d->activeSet = QSet<QString>(plugins.cbegin(), plugins.cend());
+    d->activeChanged();
 }
 
 void ExtensionStorage::updateActivePlugin(const QString &symbolic, bool present)
@@ -386,9 +425,11 @@ void ExtensionStorage::updateActivePlugin(const QString &symbolic, bool present)
         if (!d->activeSet.contains(symbolic)) {
             d->activePlugins.append(symbolic);
             d->activeSet.insert(symbolic);
+            d->activeChanged();
         }
     } else if (d->activeSet.remove(symbolic)) {
         d->activePlugins.removeAll(symbolic);
+        d->activeChanged();
     }
 }
 
