@@ -3,11 +3,18 @@
 # Builds what the benchmarks need, runs the harness, writes benchmarks/results.md
 # (--quick: <build>/benchmarks/results-quick.md) and prints, last, one line per
 # compared figure:
-#     RATIO <name> <median ratio> <target> <ok|MISS>
+#     RATIO <name> <wall|instr> <ratio> <target> <ok|MISS>
+# wall: the median of the per-run ratios of wall time; instr: the ratio of the
+# instructions counted in one run of each side under callgrind.
 #
-#     benchmarks/run.sh            sets of 10, 100 and 1000 plug-ins, 7 counted runs
-#     benchmarks/run.sh --quick    the set of 10 only, 3 counted runs (the CI smoke),
-#                                  written to <build>/benchmarks/results-quick.md
+#     benchmarks/run.sh            sets of 10, 100 and 1000 plug-ins, 7 counted runs,
+#                                  instructions of the set of 1000
+#     benchmarks/run.sh --quick    the set of 10 only, 3 counted runs and its
+#                                  instructions (the CI smoke), written to
+#                                  <build>/benchmarks/results-quick.md
+#     benchmarks/run.sh --callgrind <case>
+#                                  one case alone under callgrind, e.g. warm_1000:
+#                                  prints INSTR <case> <instructions> <per plug-in>
 #
 # ES_BENCH_BUILD_DIR chooses the build directory (default build-bench). Exits
 # non-zero when a case fails its checks, not when a ratio misses its target.
@@ -15,7 +22,9 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 
 quick=0
+callgrind=
 [ "${1:-}" = "--quick" ] && quick=1
+[ "${1:-}" = "--callgrind" ] && callgrind=${2:?"--callgrind needs a case, such as warm_1000"}
 
 ES_WITH_BENCHMARKS=1 bash scripts/setup.sh
 
@@ -36,15 +45,17 @@ if [ ! -f "$build/CMakeCache.txt" ]; then
 fi
 out=benchmarks/results.md
 if [ $quick = 1 ]; then
-    sizes=10; runs=3
+    sizes=10; runs=3; counted=10
     # The smoke leaves the committed table alone.
     out="$build/benchmarks/results-quick.md"
     # Keep the sizes of a tree that has more; a new one gets only what it runs.
     grep -q '^ES_BENCHMARK_SIZES:' "$build/CMakeCache.txt" 2>/dev/null || args+=(-DES_BENCHMARK_SIZES=10)
 else
-    sizes=10,100,1000; runs=7
+    sizes=10,100,1000; runs=7; counted=1000
     args+=("-DES_BENCHMARK_SIZES=10;100;1000")
 fi
+# One case: only its set is built and prepared.
+[ -n "$callgrind" ] && sizes=${callgrind##*_}
 
 cmake -S . -B "$build" "${args[@]}" >/dev/null
 targets=()
@@ -58,6 +69,11 @@ built=$(( $(date +%s) - started ))
 out=benchmarks/results.md
 [ $quick = 1 ] && out="$build/benchmarks/results-quick.md"
 
+if [ -n "$callgrind" ]; then
+    exec "$build/benchmarks/bin/es-bench-harness" --dir "$build/benchmarks" --sizes "$sizes" --peer "$peer" \
+        --callgrind "$callgrind"
+fi
+
 "$build/benchmarks/bin/es-bench-harness" --dir "$build/benchmarks" --sizes "$sizes" --runs "$runs" --warmup 1 \
-    --peer "$peer" --out "$out" \
+    --peer "$peer" --out "$out" --instructions "$counted" \
     --note "Machine: $(nproc) cores, $(grep -m1 'model name' /proc/cpuinfo | cut -d: -f2 | sed 's/^ *//'). Build step of this run (incremental): ${built} s."

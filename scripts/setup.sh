@@ -8,7 +8,9 @@
 # "qt6" adds Qt 6 (Debian 12 has 6.4), for builds with -DQT_MAJOR_VERSION=6;
 # "docs" adds Doxygen, for the API reference (the target "docs");
 # "fuzz" adds clang with its libFuzzer runtime, "valgrind" adds valgrind,
-# "benchmarks" the KCoreAddons headers the benchmarks compare with.
+# "benchmarks" the KCoreAddons headers the benchmarks compare with, SQLite's
+# headers, with which they record the store's SQL, and valgrind, with which they
+# count instructions.
 set -euo pipefail
 
 required=(cmake g++ qtbase5-dev qtbase5-private-dev libqt5sql5-sqlite)
@@ -20,14 +22,14 @@ for feature in "$@"; do
         format) required+=(clang-format) ;;
         fuzz) required+=(clang libclang-rt-14-dev) ;;
         valgrind) required+=(valgrind) ;;
-        benchmarks) required+=(libkf5coreaddons-dev) ;;
+        benchmarks) required+=(libkf5coreaddons-dev libsqlite3-dev valgrind) ;;
         *) echo "setup: unknown feature '$feature'" >&2; exit 2 ;;
     esac
 done
 # The benchmarks compare with KCoreAddons; it is installed only when benchmarks are
 # asked for (the feature "benchmarks", or ES_WITH_BENCHMARKS=1).
 if [ "${ES_WITH_BENCHMARKS:-0}" = 1 ]; then
-    required+=(libkf5coreaddons-dev)
+    required+=(libkf5coreaddons-dev libsqlite3-dev valgrind)
 fi
 
 missing=()

@@ -4,7 +4,8 @@
 // finds plugins/ and config/ beside it.
 //
 //     es-bench floor                       QPluginLoader over queue.txt
-//     es-bench es <plugins> <services> <items> [--points] [--write-queue]
+//     es-bench es <plugins> <services> <items> [--points] [--write-queue] [--record-sql <file>]
+//     es-bench sql <file> <store>          the recorded SQL texts, replayed on a copy of <store>
 //     es-bench events <listeners> fw|plain
 //     es-bench lookup fw|plain
 
@@ -28,6 +29,11 @@
 #include <QtCore/QThreadPool>
 #include <QtCore/QTimer>
 #include <QtCore/QVector>
+#include <QtSql/QSqlDatabase>
+#include <QtSql/QSqlQuery>
+#include <QtSql/QSqlRecord>
+
+#include <sqlite3.h>
 
 #include <algorithm>
 
@@ -40,8 +46,76 @@ QString queueFile()
     return QCoreApplication::applicationDirPath() + QStringLiteral("/queue.txt");
 }
 
+} // namespace
+
+// The measured part of each case is a function of its own, named es_bench_*,
+// that callgrind's --toggle-collect finds: the harness counts its instructions.
+
 // The floor: what any loader of these libraries has to do, in the order the
 // framework loads them, with nothing else.
+struct FloorLoad
+{
+    QList<QPluginLoader *> loaders;
+    int loaded = 0;
+    qint64 metaBytes = 0;
+};
+
+Q_NEVER_INLINE void es_bench_floor_load(const QStringList &paths, FloorLoad &result)
+{
+    for (const QString &path : paths) {
+        auto *loader = new QPluginLoader(path);
+        result.loaders << loader;
+        // Bound as the framework binds them, so that the floor does the same loading work.
+        loader->setLoadHints(PluginResolver::libraryLoadHints());
+        loader->load();
+        if (!loader->instance())
+            continue;
+        const QString base = path.section(QLatin1Char('/'), -1, -1).section(QLatin1Char('.'), 0, -2);
+        QFile meta(QStringLiteral(":/%1/META-DATA/META.INF").arg(base));
+        if (meta.open(QIODevice::ReadOnly)) {
+            result.metaBytes += meta.readAll().size();
+            ++result.loaded;
+        }
+    }
+}
+
+Q_NEVER_INLINE PluginFramework *es_bench_init_start(const QElapsedTimer &timer, double &initMs)
+{
+    auto *framework = new PluginFramework;
+    framework->init();
+    initMs = bench::millisecondsSince(timer);
+    framework->start();
+    return framework;
+}
+
+// The store's floor: the SQL texts that a start ran, in their order, through
+// QSqlQuery on a copy of the same store, reading every value of every row, and
+// nothing else. Returns the number of values read.
+Q_NEVER_INLINE qint64 es_bench_sql_replay(const QStringList &texts, const QString &store)
+{
+    qint64 values = 0;
+    {
+        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("replay"));
+        db.setDatabaseName(store);
+        if (!db.open())
+            return -1;
+        for (const QString &text : texts) {
+            QSqlQuery query(db);
+            query.setForwardOnly(true);
+            query.exec(text);
+            const int columns = query.record().count();
+            while (query.next()) {
+                for (int i = 0; i < columns; ++i)
+                    values += query.value(i).isValid() ? 1 : 0;
+            }
+        }
+    }
+    QSqlDatabase::removeDatabase(QStringLiteral("replay"));
+    return values;
+}
+
+namespace {
+
 int runFloor()
 {
     QFile list(queueFile());
@@ -52,32 +126,44 @@ int runFloor()
 
     QElapsedTimer timer;
     timer.start();
-    QList<QPluginLoader *> loaders;
-    int loaded = 0;
-    qint64 metaBytes = 0;
-    for (const QString &path : paths) {
-        auto *loader = new QPluginLoader(path);
-        loaders << loader;
-        // Bound as the framework binds them, so that the floor does the same loading work.
-        loader->setLoadHints(PluginResolver::libraryLoadHints());
-        loader->load();
-        if (!loader->instance())
-            continue;
-        const QString base = path.section(QLatin1Char('/'), -1, -1).section(QLatin1Char('.'), 0, -2);
-        QFile meta(QStringLiteral(":/%1/META-DATA/META.INF").arg(base));
-        if (meta.open(QIODevice::ReadOnly)) {
-            metaBytes += meta.readAll().size();
-            ++loaded;
-        }
-    }
+    FloorLoad result;
+    es_bench_floor_load(paths, result);
     const double ms = bench::millisecondsSince(timer);
+    const int loaded = result.loaded;
+    const qint64 metaBytes = result.metaBytes;
 
     bench::check(loaded == paths.size() && metaBytes > 0,
                  QStringLiteral("floor loaded %1 of %2 libraries").arg(loaded).arg(paths.size()));
     bench::figure("load_ms", ms);
     bench::figure("rss_kib", double(bench::peakRssKiB() - rssBefore));
-    qDeleteAll(loaders);
+    qDeleteAll(result.loaders);
     return 0;
+}
+
+// The SQL texts of a run, as SQLite starts each statement, separated by NUL
+// characters: every connection the process opens is traced from its opening on.
+QFile *sqlLog = nullptr;
+
+int traceStatement(unsigned, void *, void *statement, void *)
+{
+    if (const char *text = sqlite3_sql(static_cast<sqlite3_stmt *>(statement))) {
+        sqlLog->write(text);
+        sqlLog->write("", 1);
+    }
+    return 0;
+}
+
+int traceConnection(sqlite3 *db, const char **, const sqlite3_api_routines *)
+{
+    sqlite3_trace_v2(db, SQLITE_TRACE_STMT, traceStatement, nullptr);
+    return SQLITE_OK;
+}
+
+void recordSql(const QString &file)
+{
+    sqlLog = new QFile(file, qApp);
+    bench::check(sqlLog->open(QIODevice::WriteOnly | QIODevice::Truncate), QStringLiteral("cannot write %1").arg(file));
+    sqlite3_auto_extension(reinterpret_cast<void (*)()>(traceConnection));
 }
 
 int itemsMade()
@@ -93,10 +179,8 @@ int runFramework(int plugins, int services, int items, bool points, bool writeQu
     const long rssBefore = bench::peakRssKiB();
     QElapsedTimer timer;
     timer.start();
-    auto *framework = new PluginFramework;
-    framework->init();
-    const double initMs = bench::millisecondsSince(timer);
-    framework->start();
+    double initMs = 0;
+    PluginFramework *framework = es_bench_init_start(timer, initMs);
     const double startMs = bench::millisecondsSince(timer) - initMs;
 
     // Posted after everything that init() queued, so it runs after all of it.
@@ -145,6 +229,37 @@ int runFramework(int plugins, int services, int items, bool points, bool writeQu
     bench::figure("ready_ms", readyMs);
     bench::figure("stop_ms", stopMs);
     bench::figure("rss_kib", double(rssAfter - rssBefore));
+    if (sqlLog)
+        sqlLog->close();
+    return 0;
+}
+
+// Replays the texts that es --record-sql wrote, on a copy of the store that
+// run began with, so that the original stays as it is for the next round.
+int runSql(const QString &file, const QString &store)
+{
+    QFile log(file);
+    bench::check(log.open(QIODevice::ReadOnly), QStringLiteral("no SQL record %1").arg(file));
+    QStringList texts;
+    for (const QByteArray &text : log.readAll().split('\0')) {
+        if (!text.isEmpty())
+            texts << QString::fromUtf8(text);
+    }
+    const QString copy =
+            QDir::temp().filePath(QStringLiteral("es-bench-replay-%1.dat").arg(QCoreApplication::applicationPid()));
+    QFile::remove(copy);
+    bench::check(QFile::copy(store, copy), QStringLiteral("cannot copy %1").arg(store));
+
+    QElapsedTimer timer;
+    timer.start();
+    const qint64 values = es_bench_sql_replay(texts, copy);
+    const double ms = bench::millisecondsSince(timer);
+    QFile::remove(copy);
+
+    bench::check(!texts.isEmpty() && values >= 0, QStringLiteral("the replay of %1 failed").arg(file));
+    bench::figure("sql_ms", ms);
+    bench::figure("statements", texts.size());
+    bench::figure("values", double(values));
     return 0;
 }
 
@@ -268,13 +383,19 @@ int main(int argc, char **argv)
     if (mode == QLatin1String("floor"))
         return runFloor();
     if (mode == QLatin1String("es") && args.size() >= 5) {
+        const int record = args.indexOf(QStringLiteral("--record-sql"));
+        if (record > 0 && record + 1 < args.size())
+            recordSql(args.at(record + 1));
         return runFramework(args.at(2).toInt(), args.at(3).toInt(), args.at(4).toInt(),
                             args.contains(QStringLiteral("--points")), args.contains(QStringLiteral("--write-queue")));
     }
+    if (mode == QLatin1String("sql") && args.size() == 4)
+        return runSql(args.at(2), args.at(3));
     if (mode == QLatin1String("events") && args.size() == 4)
         return runEvents(args.at(2).toInt(), args.at(3) == QLatin1String("fw"));
     if (mode == QLatin1String("lookup") && args.size() == 3)
         return runLookup(args.at(2) == QLatin1String("fw"));
-    bench::fail(QStringLiteral("usage: es-bench floor | es <plugins> <services> <items> [--points] [--write-queue] | "
-                               "events <listeners> fw|plain | lookup fw|plain"));
+    bench::fail(QStringLiteral(
+            "usage: es-bench floor | es <plugins> <services> <items> [--points] [--write-queue] "
+            "[--record-sql <file>] | sql <file> <store> | events <listeners> fw|plain | lookup fw|plain"));
 }
