@@ -303,6 +303,14 @@ void tst_PluginMetaData::dependencyValue()
     QCOMPARE(PluginDependencyPrivate::computeVersionKey("-1.255.-128"), key(0xff, 0xff, 0x80));
     QCOMPARE(PluginDependencyPrivate::computeVersionKey("37.37.2"), key(37, 37, 2));
     QCOMPARE(PluginDependencyPrivate::computeVersionKey(""), key(0, 0, 0));
+    // Digits are read directly; whatever else a component holds keeps toInt()'s reading.
+    for (const QString &version :
+         {QString("007.1000000000.+2"), QString(" 5.6 .7"), QString("9999999999.-0.1e3"),
+          QString("12345678.123456789.1234567890"), QString("1..\u0663"), QString("4294967553.256.511")}) {
+        const QStringList parts = version.split('.');
+        auto low = [&parts](int i) { return i < parts.size() ? parts.at(i).toInt() & 0xff : 0; };
+        QCOMPARE(PluginDependencyPrivate::computeVersionKey(version), key(low(0), low(1), low(2)));
+    }
 
     PluginDependency a("a", "1.0");
     PluginDependency copy(a);

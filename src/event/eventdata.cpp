@@ -26,22 +26,31 @@ EventData::~EventData() = default;
 namespace ExtensionSystem {
 namespace Internal {
 
+// Every listener reads the values it wants through these, and every plug-in
+// state change builds a record: look the key up in place rather than copy it.
 QVariant eventValue(const QSharedDataPointer<EventData> &d, int role)
 {
-    const QString key = d->roles.value(role);
-    if (key.isEmpty())
+    const auto key = d->roles.constFind(role);
+    if (key == d->roles.cend() || key->isEmpty())
         return QVariant();
-    return d->data.value(key);
+    return d->data.value(*key);
 }
 
 bool setEventValue(QSharedDataPointer<EventData> &d, int role, const QVariant &value)
 {
     d.detach();
-    const QString key = d->roles.value(role);
-    if (key.isEmpty())
+    const auto key = d->roles.constFind(role);
+    if (key == d->roles.cend() || key->isEmpty())
         return false;
-    d->data.insert(key, value);
+    d->data.insert(*key, value);
     return true;
+}
+
+void putEventValue(EventData *d, int role, QVariant &&value)
+{
+    const auto key = d->roles.constFind(role);
+    if (key != d->roles.cend() && !key->isEmpty())
+        d->data[*key] = std::move(value);
 }
 
 } // namespace Internal

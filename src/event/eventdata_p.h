@@ -13,6 +13,9 @@ namespace Internal {
 // The role access that the typed event views have in common.
 QVariant eventValue(const QSharedDataPointer<EventData> &d, int role);
 bool setEventValue(QSharedDataPointer<EventData> &d, int role, const QVariant &value);
+// For a constructor filling its own new record: the value is moved into its
+// slot, no detach, no copy. Does nothing for a role the record does not map.
+void putEventValue(EventData *d, int role, QVariant &&value);
 
 } // namespace Internal
 } // namespace ExtensionSystem

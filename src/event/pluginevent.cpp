@@ -38,6 +38,10 @@ QSharedDataPointer<EventData> newPluginData(bool withPrevAction)
     static const QMap<int, QString> rolesWithoutPrevAction = pluginRoles(false);
     QSharedDataPointer<EventData> d(new EventData(PluginEventType));
     d->roles = withPrevAction ? rolesWithPrevAction : rolesWithoutPrevAction;
+    // Room for every role at once: the full constructor fills them all, and a
+    // plug-in makes six of these on its way to Active.
+    if (withPrevAction)
+        d->data.reserve(d->roles.size());
     return d;
 }
 
@@ -53,14 +57,16 @@ PluginEvent::PluginEvent(Action action, Action prevAction, const QString &symbol
                          const QString &filepath, const QString &version, int initIndex, int pluginSize)
     : d(newPluginData(true))
 {
-    setData(RoleAction, QVariant::fromValue(action));
-    setData(RolePrevAction, QVariant::fromValue(prevAction));
-    setData(RoleSymbolic, symbolic);
-    setData(RoleLocationDir, locationDir);
-    setData(RoleFilepath, filepath);
-    setData(RoleVersion, version);
-    setData(RoleInitIndex, initIndex);
-    setData(RolePluginSize, pluginSize);
+    // Six of these go out for every plug-in on its way to Active.
+    EventData *record = d.data();
+    Internal::putEventValue(record, RoleAction, QVariant::fromValue(action));
+    Internal::putEventValue(record, RolePrevAction, QVariant::fromValue(prevAction));
+    Internal::putEventValue(record, RoleSymbolic, symbolic);
+    Internal::putEventValue(record, RoleLocationDir, locationDir);
+    Internal::putEventValue(record, RoleFilepath, filepath);
+    Internal::putEventValue(record, RoleVersion, version);
+    Internal::putEventValue(record, RoleInitIndex, initIndex);
+    Internal::putEventValue(record, RolePluginSize, pluginSize);
 }
 
 PluginEvent::PluginEvent(const QSharedDataPointer<EventData> &data)
@@ -88,14 +94,27 @@ QSharedDataPointer<EventData> PluginEvent::sharedData() const
     return d;
 }
 
+namespace {
+
+// toInt() of a stored Action goes through the meta-type system's conversions;
+// every listener reads the action of every plug-in event, so take it directly.
+int actionOf(const QVariant &value)
+{
+    if (value.userType() == qMetaTypeId<PluginEvent::Action>())
+        return int(*static_cast<const PluginEvent::Action *>(value.constData()));
+    return value.toInt();
+}
+
+} // namespace
+
 int PluginEvent::action() const
 {
-    return data(RoleAction).toInt();
+    return actionOf(data(RoleAction));
 }
 
 int PluginEvent::prevAction() const
 {
-    return data(RolePrevAction).toInt();
+    return actionOf(data(RolePrevAction));
 }
 
 QString PluginEvent::symbolic() const

@@ -8,38 +8,76 @@ namespace ExtensionSystem {
 
 using namespace Internal;
 
+namespace {
+
+// Each field is QString("%1").arg(byte, 10, QLatin1Char('0')): nine '0' and the
+// component's low byte as one Latin-1 character.
+QString keyOf(quint32 order)
+{
+    QString key(30, QLatin1Char('0'));
+    for (int i = 0; i < 3; ++i)
+        key[10 * i + 9] = QLatin1Char(static_cast<char>(order >> (8 * (2 - i))));
+    return key;
+}
+
+// toInt() of a component. Plain decimal digits, the usual case, are read here;
+// anything else (signs, blanks, overflow) goes to toInt() for its exact rules.
+int componentValue(const QString &version, int from, int length)
+{
+    if (length > 0 && length <= 9) {
+        int value = 0;
+        const QChar *c = version.constData() + from;
+        for (int i = 0; i < length; ++i) {
+            const ushort u = c[i].unicode();
+            if (u < '0' || u > '9')
+                return QtCompat::midPart(version, from, length).toInt(nullptr, 10);
+            value = value * 10 + (u - '0');
+        }
+        return value;
+    }
+    return QtCompat::midPart(version, from, length).toInt(nullptr, 10);
+}
+
+} // namespace
+
 PluginDependencyPrivate::PluginDependencyPrivate()
     : resolved(false)
     , versionKey(30, QLatin1Char('0'))
+    , order(0x303030) // the bytes of that key: three '0' characters
 { }
 
 PluginDependencyPrivate::PluginDependencyPrivate(const QString &symbolic, const QString &version, bool resolved)
     : symbolic(symbolic)
     , version(version)
     , resolved(resolved)
-    , versionKey(computeVersionKey(version))
-{ }
+    , order(versionOrder(version))
+{
+    versionKey = keyOf(order);
+}
 
-// Each field is QString("%1").arg(byte, 10, QLatin1Char('0')): nine '0' and the
-// component's low byte as one Latin-1 character, written into a key of 30
-// characters made once. It is computed for every dependency resolved: keep it
-// free of per-part allocations.
 QString PluginDependencyPrivate::computeVersionKey(const QString &version)
 {
-    QString key(30, QLatin1Char('0'));
+    return keyOf(versionOrder(version));
+}
+
+// Computed for every dependency and twice for every compatibility check: no
+// allocation per component.
+quint32 PluginDependencyPrivate::versionOrder(const QString &version)
+{
+    quint32 order = 0;
     int from = 0; // start of the next component, -1 once there is none
     for (int i = 0; i < 3; ++i) {
         int value = 0; // what toInt() gives an absent component
         if (from >= 0) {
             const int dot = version.indexOf(QLatin1Char('.'), from);
-            value = QtCompat::midPart(version, from, dot < 0 ? -1 : dot - from).toInt(nullptr, 10);
+            value = componentValue(version, from, (dot < 0 ? version.size() : dot) - from);
             from = dot < 0 ? -1 : dot + 1;
         }
-        // Modulo 256 on purpose: only the low byte of each component counts.
-        // Taken as Latin-1, so -1 becomes U+00FF, not U+FFFF.
-        key[10 * i + 9] = QLatin1Char(static_cast<char>(value));
+        // Modulo 256 on purpose: only the low byte of each component counts,
+        // so -1 becomes 255.
+        order = (order << 8) | quint8(value);
     }
-    return key;
+    return order;
 }
 
 PluginDependency::PluginDependency()
@@ -50,8 +88,9 @@ PluginDependency::PluginDependency(const QString &symbolic, const QString &versi
     : d_ptr(new PluginDependencyPrivate(symbolic, version, false))
 { }
 
+// A deep copy; the key is a function of the version, so it is copied, not made again.
 PluginDependency::PluginDependency(const PluginDependency &other)
-    : d_ptr(new PluginDependencyPrivate(other.d_ptr->symbolic, other.d_ptr->version, other.d_ptr->resolved))
+    : d_ptr(new PluginDependencyPrivate(*other.d_ptr))
 { }
 
 PluginDependency &PluginDependency::operator=(const PluginDependency &other)
@@ -62,7 +101,8 @@ PluginDependency &PluginDependency::operator=(const PluginDependency &other)
     d->symbolic = other.d_ptr->symbolic;
     d->version = other.d_ptr->version;
     d->resolved = other.d_ptr->resolved;
-    d->versionKey = PluginDependencyPrivate::computeVersionKey(d->version);
+    d->versionKey = other.d_ptr->versionKey;
+    d->order = other.d_ptr->order;
     return *this;
 }
 
@@ -112,12 +152,10 @@ bool PluginDependency::checkCompatible(const QString &symbolic, const QString &v
     if (QString::compare(d->symbolic, symbolic, Qt::CaseSensitive) != 0)
         return false;
 
-    const QString provided = PluginDependencyPrivate::computeVersionKey(version);
-    const QString oldest = PluginDependencyPrivate::computeVersionKey(compatVersion);
     // Both bounds inclusive: oldest <= needed <= provided.
-    if (provided < d->versionKey)
+    if (PluginDependencyPrivate::versionOrder(version) < d->order)
         return false;
-    if (d->versionKey < oldest)
+    if (d->order < PluginDependencyPrivate::versionOrder(compatVersion))
         return false;
     return true;
 }
