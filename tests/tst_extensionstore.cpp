@@ -341,6 +341,15 @@ void tst_ExtensionStore::twoPlugins()
     store.updateActivePlugin("A", false);
     store.updateActivePlugin("", true);
     QCOMPARE(store.activePlugins(), QStringList({"B"}));
+    // A name that a set list repeats goes with all its repeats; the others keep their order.
+    store.setActivePlugins({"A", "B", "C", "A"});
+    store.updateActivePlugin("A", false);
+    QCOMPARE(store.activePlugins(), QStringList({"B", "C"}));
+    store.updateActivePlugin("D", true);
+    store.updateActivePlugin("B", false);
+    store.updateActivePlugin("C", false);
+    QCOMPARE(store.activePlugins(), QStringList({"D"}));
+    store.setActivePlugins({"B"});
     QVERIFY(store.extensionTexts("B", "B.point").first().contains("plugin=\"B\""));
     QCOMPARE(store.extensionTextsOfFile(relative(pathA)).keys(), QStringList({"B.point"}));
     QVERIFY(store.extensionTexts("B", "").isEmpty());

@@ -47,9 +47,8 @@ void ExtensionManagerPrivate::initialize()
 void ExtensionManagerPrivate::pluginChanged(const PluginEvent &event)
 {
     const int action = event.action();
-    const int previous = event.prevAction();
     const QString symbolic = event.symbolic();
-    ES_DEBUG_IF_SHOWN() << "PluginChanged:" << symbolic << " - state:" << previous << "->" << action;
+    ES_DEBUG_IF_SHOWN() << "PluginChanged:" << symbolic << " - state:" << event.prevAction() << "->" << action;
     if (symbolic.isEmpty())
         return;
     // Resolved and every later state count as present.

@@ -427,8 +427,15 @@ void ExtensionStorage::updateActivePlugin(const QString &symbolic, bool present)
             d->activeSet.insert(symbolic);
             d->activeChanged();
         }
-    } else if (d->activeSet.remove(symbolic)) {
-        d->activePlugins.removeAll(symbolic);
+    } else if (d->activeSet.contains(symbolic)) {
+        // A plug-in's Installed event comes right after its Resolved one, so the
+        // name is usually last. A list without repeats, as this method keeps it,
+        // needs only the one from the back; one set with repeats needs them all.
+        if (d->activeSet.size() == d->activePlugins.size())
+            d->activePlugins.removeAt(d->activePlugins.lastIndexOf(symbolic));
+        else
+            d->activePlugins.removeAll(symbolic);
+        d->activeSet.remove(symbolic);
         d->activeChanged();
     }
 }
