@@ -41,9 +41,14 @@ inline StringPart midPart(const QString &text, int position, int length = -1)
 
 // Qt 5 decodes a byte array up to its first zero byte; Qt 6 decodes every byte.
 // A zero byte ends the text here, as it did.
+inline QString fromUtf8UpToNul(const char *data, int size)
+{
+    return QString::fromUtf8(data, int(qstrnlen(data, uint(size))));
+}
+
 inline QString fromUtf8UpToNul(const QByteArray &bytes)
 {
-    return QString::fromUtf8(bytes.constData(), int(qstrnlen(bytes.constData(), uint(bytes.size()))));
+    return fromUtf8UpToNul(bytes.constData(), bytes.size());
 }
 
 // Qt 5's text streams use the locale's encoding unless told; Qt 6's use UTF-8.

@@ -29,8 +29,10 @@ PluginContextPrivate::PluginContextPrivate(PluginFrameworkContext *context, Plug
     : context(context)
     , plugin(plugin)
 {
-    // Tracked plug-in events may be delivered through queued connections.
-    qRegisterMetaType<PluginEvent>("PluginEvent");
+    // Tracked plug-in events may be delivered through queued connections. Once
+    // per process: every registration compares the name with all known types.
+    static const int registered = qRegisterMetaType<PluginEvent>("PluginEvent");
+    Q_UNUSED(registered)
 }
 
 void PluginContextPrivate::registerListener(IListener *listener)

@@ -17,9 +17,11 @@ using namespace Internal;
 
 namespace {
 
+// Case folding maps each character to one of the same length, so texts of
+// different lengths never compare equal: most keys are told apart by that alone.
 bool sameKey(const QString &key, const QString &known)
 {
-    return QString::compare(key, known, Qt::CaseInsensitive) == 0;
+    return key.size() == known.size() && QString::compare(key, known, Qt::CaseInsensitive) == 0;
 }
 
 } // namespace
@@ -42,14 +44,20 @@ void PluginMetaDataPrivate::read()
         return;
     }
 
-    while (!file.atEnd()) {
+    // One read, then the lines as readLine() would give them, each with its
+    // '\n': a resource costs far more per read than the split does.
+    const QByteArray content = file.readAll();
+    file.close();
+    for (int from = 0; from < content.size();) {
+        const int newline = content.indexOf('\n', from);
+        const int end = newline < 0 ? content.size() : newline + 1;
         // A NUL byte ends the line, so binary junk cuts a line short.
-        const QString line = QtCompat::fromUtf8UpToNul(file.readLine());
+        const QString line = QtCompat::fromUtf8UpToNul(content.constData() + from, end - from);
+        from = end;
         if (line.isEmpty())
             continue;
         readLine(line);
     }
-    file.close();
 
     if (symbolic.isEmpty()) {
         setError(PluginMetaData::FormatError, QObject::tr("The meta file format invalid: %1").arg(filepath));
