@@ -143,12 +143,14 @@ int runFloor()
 // The SQL texts of a run, as SQLite starts each statement, separated by NUL
 // characters: every connection the process opens is traced from its opening on.
 QFile *sqlLog = nullptr;
+int sqlStatements = 0;
 
 int traceStatement(unsigned, void *, void *statement, void *)
 {
     if (const char *text = sqlite3_sql(static_cast<sqlite3_stmt *>(statement))) {
         sqlLog->write(text);
         sqlLog->write("", 1);
+        ++sqlStatements;
     }
     return 0;
 }
@@ -229,8 +231,12 @@ int runFramework(int plugins, int services, int items, bool points, bool writeQu
     bench::figure("ready_ms", readyMs);
     bench::figure("stop_ms", stopMs);
     bench::figure("rss_kib", double(rssAfter - rssBefore));
-    if (sqlLog)
+    if (sqlLog) {
         sqlLog->close();
+        // SQLite's hooks reach Qt's driver only when both use the same libsqlite3.
+        bench::check(sqlStatements > 0, QStringLiteral("no SQL recorded: Qt's SQLite driver does not use the "
+                                                       "system's libsqlite3 that this runner links"));
+    }
     return 0;
 }
 
