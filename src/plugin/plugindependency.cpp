@@ -10,16 +10,6 @@ using namespace Internal;
 
 namespace {
 
-// Each field is QString("%1").arg(byte, 10, QLatin1Char('0')): nine '0' and the
-// component's low byte as one Latin-1 character.
-QString keyOf(quint32 order)
-{
-    QString key(30, QLatin1Char('0'));
-    for (int i = 0; i < 3; ++i)
-        key[10 * i + 9] = QLatin1Char(static_cast<char>(order >> (8 * (2 - i))));
-    return key;
-}
-
 // toInt() of a component. Plain decimal digits, the usual case, are read here;
 // anything else (signs, blanks, overflow) goes to toInt() for its exact rules.
 int componentValue(const QString &version, int from, int length)
@@ -40,24 +30,29 @@ int componentValue(const QString &version, int from, int length)
 
 } // namespace
 
+// The key of a default-made dependency is thirty '0' characters, which is not
+// the key of an empty version: as a number, three bytes '0'.
 PluginDependencyPrivate::PluginDependencyPrivate()
     : resolved(false)
-    , versionKey(30, QLatin1Char('0'))
-    , order(0x303030) // the bytes of that key: three '0' characters
+    , versionKey(0x303030)
 { }
 
 PluginDependencyPrivate::PluginDependencyPrivate(const QString &symbolic, const QString &version, bool resolved)
     : symbolic(symbolic)
     , version(version)
     , resolved(resolved)
-    , order(versionOrder(version))
-{
-    versionKey = keyOf(order);
-}
+    , versionKey(versionOrder(version))
+{ }
 
+// Each field is QString("%1").arg(byte, 10, QLatin1Char('0')): nine '0' and the
+// component's low byte as one Latin-1 character.
 QString PluginDependencyPrivate::computeVersionKey(const QString &version)
 {
-    return keyOf(versionOrder(version));
+    const quint32 order = versionOrder(version);
+    QString key(30, QLatin1Char('0'));
+    for (int i = 0; i < 3; ++i)
+        key[10 * i + 9] = QLatin1Char(static_cast<char>(order >> (8 * (2 - i))));
+    return key;
 }
 
 // Computed for every dependency and twice for every compatibility check: no
@@ -102,7 +97,6 @@ PluginDependency &PluginDependency::operator=(const PluginDependency &other)
     d->version = other.d_ptr->version;
     d->resolved = other.d_ptr->resolved;
     d->versionKey = other.d_ptr->versionKey;
-    d->order = other.d_ptr->order;
     return *this;
 }
 
@@ -153,9 +147,9 @@ bool PluginDependency::checkCompatible(const QString &symbolic, const QString &v
         return false;
 
     // Both bounds inclusive: oldest <= needed <= provided.
-    if (PluginDependencyPrivate::versionOrder(version) < d->order)
+    if (PluginDependencyPrivate::versionOrder(version) < d->versionKey)
         return false;
-    if (d->order < PluginDependencyPrivate::versionOrder(compatVersion))
+    if (d->versionKey < PluginDependencyPrivate::versionOrder(compatVersion))
         return false;
     return true;
 }

@@ -17,15 +17,15 @@ public:
     // Comparison key of "major.minor.patch": per component the low byte of the number,
     // as one character behind nine '0's, so that QString::operator< compares numerically.
     static QString computeVersionKey(const QString &version);
-    // The same three bytes as one number, major highest: two keys compare as their
-    // orders do. What the compatibility check compares, without building strings.
+    // The key's three bytes as one number, major highest: two keys compare as
+    // their numbers do, so the check compares numbers and builds no text.
     static quint32 versionOrder(const QString &version);
 
     QString symbolic;
     QString version;
     bool resolved;
-    QString versionKey;
-    quint32 order;
+    // The comparison key of version, as its number (versionOrder()).
+    quint32 versionKey;
 };
 
 } // namespace Internal
