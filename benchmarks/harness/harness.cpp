@@ -20,6 +20,7 @@
 #include <QtCore/QHash>
 #include <QtCore/QProcess>
 #include <QtCore/QTextStream>
+#include <QtCore/QThread>
 #include <QtCore/QVector>
 
 #include <qtcompat_p.h>
@@ -27,8 +28,13 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <atomic>
 #include <cstdio>
 #include <functional>
+#include <map>
+#include <mutex>
+#include <thread>
+#include <vector>
 
 namespace {
 
@@ -218,6 +224,34 @@ Figures runCallgrind(const Case &c, const QString &workDir)
     if (instructions <= 0)
         die(QStringLiteral("%1: callgrind counted nothing in %2").arg(c.name, c.measured.join(QLatin1Char(' '))));
     figures.insert(QStringLiteral("instr"), instructions);
+    return figures;
+}
+
+// Instruction counts do not depend on what else the machine runs: the cases
+// run side by side, one per processor. Two framework cases of one application
+// directory share its store, so they take turns.
+QVector<Figures> runCallgrindAll(const QList<Case> &cases, const QString &workDir)
+{
+    QVector<Figures> figures(cases.size());
+    std::map<QString, std::mutex> stores;
+    for (const Case &c : cases)
+        stores[c.program];
+    std::atomic<int> next{0};
+    auto worker = [&] {
+        for (int i = next++; i < cases.size(); i = next++) {
+            const Case &c = cases.at(i);
+            std::unique_lock<std::mutex> turn(stores.at(c.program), std::defer_lock);
+            if (c.arguments.value(0) == QLatin1String("es"))
+                turn.lock();
+            figures[i] = runCallgrind(c, workDir);
+        }
+    };
+    out << "callgrind: " << cases.size() << " cases" << Qt::endl;
+    std::vector<std::thread> threads;
+    for (int n = std::min(std::max(1, QThread::idealThreadCount()), int(cases.size())); n > 0; --n)
+        threads.emplace_back(worker);
+    for (std::thread &thread : threads)
+        thread.join();
     return figures;
 }
 
@@ -688,12 +722,14 @@ int main(int argc, char **argv)
         die(QStringLiteral("no case %1").arg(options.callgrindCase));
     }
     Results results = runRounds(cases, options);
+    QList<Case> counted;
     for (const Case &c : cases) {
-        if (c.measured.isEmpty() || !options.instructionSizes.contains(c.plugins))
-            continue;
-        out << "callgrind: " << c.name << Qt::endl;
-        results[c.name + QStringLiteral("@instr")] << runCallgrind(c, options.benchDir);
+        if (!c.measured.isEmpty() && options.instructionSizes.contains(c.plugins))
+            counted << c;
     }
+    const QVector<Figures> instructions = runCallgrindAll(counted, options.benchDir);
+    for (int i = 0; i < counted.size(); ++i)
+        results[counted.at(i).name + QStringLiteral("@instr")] << instructions.at(i);
     QStringList ratioLines;
     const QString table = writeTable(options, cases, results, comparisonsFor(options), ratioLines);
 
