@@ -39,7 +39,7 @@ QSharedDataPointer<EventData> newPluginData(bool withPrevAction)
     QSharedDataPointer<EventData> d(new EventData(PluginEventType));
     d->roles = withPrevAction ? rolesWithPrevAction : rolesWithoutPrevAction;
     // Room for every role at once: the full constructor fills them all, and a
-    // plug-in makes six of these on its way to Active.
+    // plug-in makes four of these on its way to Active.
     if (withPrevAction)
         d->data.reserve(d->roles.size());
     return d;
@@ -57,7 +57,7 @@ PluginEvent::PluginEvent(Action action, Action prevAction, const QString &symbol
                          const QString &filepath, const QString &version, int initIndex, int pluginSize)
     : d(newPluginData(true))
 {
-    // Six of these go out for every plug-in on its way to Active.
+    // Four of these go out for every plug-in on its way to Active.
     EventData *record = d.data();
     Internal::putEventValue(record, RoleAction, QVariant::fromValue(action));
     Internal::putEventValue(record, RolePrevAction, QVariant::fromValue(prevAction));
