@@ -5,6 +5,8 @@
 #include "extensionfileparsetask.h"
 #include "extensionstorage.h"
 
+#include <framework/timelinerecorder.h>
+
 #include <QtCore/QFile>
 #include <QtCore/QThreadPool>
 
@@ -38,6 +40,12 @@ ExtensionFileParser::ExtensionFileParser(ExtensionStorage *storage, QObject *par
 
 ExtensionFileParser::~ExtensionFileParser() = default;
 
+void ExtensionFileParser::setTimeline(const QSharedPointer<TimelineRecorder> &timeline)
+{
+    Q_D(ExtensionFileParser);
+    d->timeline = timeline;
+}
+
 bool ExtensionFileParser::parse(QString filepath)
 {
     Q_D(ExtensionFileParser);
@@ -47,18 +55,26 @@ bool ExtensionFileParser::parse(QString filepath)
     const QString key = ExtType::storedPath(filepath);
 
     QString symbolic;
-    QString storedDigest;
-    if (d->storage)
-        d->storage->pluginRecord(key, symbolic, storedDigest);
-
-    if (ExtensionFileParseTask::digest(filepath).compare(storedDigest, Qt::CaseInsensitive) == 0)
-        return false;
+    {
+        const TimelineRecorder::Span span(d->timeline.data(), Timeline::FileDigest, filepath, filepath);
+        QString storedDigest;
+        if (d->storage)
+            d->storage->pluginRecord(key, symbolic, storedDigest);
+        if (ExtensionFileParseTask::digest(filepath).compare(storedDigest, Qt::CaseInsensitive) == 0)
+            return false;
+    }
 
     if (d->storage)
         d->storage->removeExtensions(symbolic);
 
     auto *task = new ExtensionFileParseTask(filepath, nullptr);
-    connect(task, &ExtensionFileParseTask::extensionFound, this, &ExtensionFileParser::extensionFound);
+    task->setTimeline(d->timeline);
+    // Queued to this thread: the task runs on the pool.
+    connect(task, &ExtensionFileParseTask::extensionFound, this, [this, filepath](const ExtType::Plugin &plugin) {
+        emit extensionFound(plugin);
+        emit fileParsed(filepath, plugin);
+    });
+    connect(task, &ExtensionFileParseTask::errorOccured, this, [this, filepath] { emit fileFailed(filepath); });
     QThreadPool::globalInstance()->start(task, 0);
     return true;
 }

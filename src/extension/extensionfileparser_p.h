@@ -22,6 +22,7 @@ public:
     int error;
     QString errorString;
     ExtensionStorage *storage;
+    QSharedPointer<TimelineRecorder> timeline;
 };
 
 } // namespace Internal

@@ -5,6 +5,7 @@
 #include "extensionconstance.h"
 
 #include <framework/debugoutput_p.h>
+#include <framework/timelinerecorder.h>
 #include <qtcompat_p.h>
 
 #include <QtCore/QCryptographicHash>
@@ -49,6 +50,12 @@ ExtensionFileParseTask::ExtensionFileParseTask(const QString &filepath, QObject 
 
 ExtensionFileParseTask::~ExtensionFileParseTask() = default;
 
+void ExtensionFileParseTask::setTimeline(const QSharedPointer<TimelineRecorder> &timeline)
+{
+    Q_D(ExtensionFileParseTask);
+    d->timeline = timeline;
+}
+
 QString ExtensionFileParseTask::digest(const QString &filepath)
 {
     const QFileInfo info(filepath);
@@ -66,14 +73,22 @@ void ExtensionFileParseTask::run()
     Q_D(ExtensionFileParseTask);
     ES_DEBUG_IF_SHOWN() << "virtual void ExtensionSystem::Internal::ExtensionFileParseTask::run()"
                         << ">" << d->filepath;
+    // The task holds a reference: the recorder outlives a framework destroyed meanwhile.
+    TimelineRecorder::Span span(d->timeline.data(), Timeline::FileParse, d->filepath, d->filepath);
+    // The phase ends before its result leaves: the receiving thread may store it
+    // before this function returns.
+    const auto fail = [&](const QString &text) {
+        span.finish();
+        emit errorOccured(text);
+    };
 
     QFile file(d->filepath);
     if (!file.exists()) {
-        emit errorOccured(QObject::tr("File: '%1' not exists").arg(d->filepath));
+        fail(QObject::tr("File: '%1' not exists").arg(d->filepath));
         return;
     }
     if (!file.open(QIODevice::ReadOnly | QIODevice::Text)) {
-        emit errorOccured(QObject::tr("File: '%1' cannot open").arg(d->filepath));
+        fail(QObject::tr("File: '%1' cannot open").arg(d->filepath));
         return;
     }
 
@@ -86,7 +101,7 @@ void ExtensionFileParseTask::run()
             return QObject::tr("Invalid file format, File: %1 > Line: %2, Column: %3, Error: %4")
                     .arg(d->filepath, QString::number(line), QString::number(column), message);
         };
-        emit errorOccured(invalidFormat());
+        fail(invalidFormat());
         ES_DEBUG_IF_SHOWN() << invalidFormat();
         file.close();
         return;
@@ -94,7 +109,7 @@ void ExtensionFileParseTask::run()
 
     const QDomElement root = document.documentElement();
     if (root.tagName().compare(ExtensionConstance::FILE_TAG_PLUGIN, Qt::CaseInsensitive) != 0) {
-        emit errorOccured(QObject::tr("Cannot find the plugin node in extension file: %1").arg(d->filepath));
+        fail(QObject::tr("Cannot find the plugin node in extension file: %1").arg(d->filepath));
         return;
     }
 
@@ -138,6 +153,7 @@ void ExtensionFileParseTask::run()
     }
 
     file.close();
+    span.finish();
     emit extensionFound(plugin);
 }
 

@@ -7,11 +7,13 @@
 
 #include <QtCore/QObject>
 #include <QtCore/QRunnable>
+#include <QtCore/QSharedPointer>
 
 namespace ExtensionSystem {
 namespace Internal {
 
 class ExtensionFileParseTaskPrivate;
+class TimelineRecorder;
 
 // Reads one extension.xml on a pool thread. It touches nothing shared: the record
 // leaves by value through extensionFound, and the pool deletes the task after run().
@@ -25,6 +27,8 @@ public:
     ~ExtensionFileParseTask() override;
 
     void run() override;
+    // Where run() records its parse; may be null.
+    void setTimeline(const QSharedPointer<TimelineRecorder> &timeline);
 
     // Tells whether a file changed without opening it: SHA-1 over its directory
     // relative to the application directory, its size and its modification time,

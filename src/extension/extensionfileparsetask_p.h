@@ -16,6 +16,7 @@ class ExtensionFileParseTaskPrivate : public QObjectPrivate
 
 public:
     QString filepath;
+    QSharedPointer<TimelineRecorder> timeline;
 };
 
 } // namespace Internal

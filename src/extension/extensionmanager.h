@@ -42,10 +42,15 @@ signals:
     void requestStartingPlugin(QString symbolic);
     void requestStoppingPlugin(QString symbolic);
     void errorOccured(int error, QString errorString);
+    // Once per scan, when every file it announced is parsed or read from the store and dispatched.
+    void extensionFilesReady(QStringList parsedFiles, QStringList storedFiles, QStringList failedFiles);
 
 public slots:
     void parseExtensionFile(QString filepath);
     void loadingQueueChanged(QStringList loadingQueue);
+    // Closes the files announced since the last scan into one scan. Connected
+    // queued to the end of a scan, so it comes after that scan's announcements.
+    void scanFinished();
 
 private:
     Q_DISABLE_COPY(ExtensionManager)

@@ -6,6 +6,7 @@
 
 #include "pluginframeworkconfig.h"
 #include "pluginframeworkcontext.h"
+#include "timelinerecorder.h"
 
 #include <event/eventmanager.h>
 #include <event/frameworkevent.h>
@@ -47,6 +48,7 @@ void PluginFrameworkPrivate::setState(int newState)
 void PluginFrameworkPrivate::runStopSequence()
 {
     Q_Q(PluginFramework);
+    const TimelineRecorder::Span span(context->timeline.data(), Timeline::FrameworkStop, QString(), QString());
     setState(PluginFramework::FrameworkStopping);
     context->pluginManager->stop();
     emit q->stopped();
@@ -110,6 +112,7 @@ void PluginFramework::init()
     // Made a second time on purpose: after init(), aboutToQuit runs the stop sequence twice.
     connect(QCoreApplication::instance(), &QCoreApplication::aboutToQuit, this, &PluginFramework::stop);
 
+    const TimelineRecorder::Span span(d->context->timeline.data(), Timeline::FrameworkInit, QString(), QString());
     PluginFrameworkConfig *config = d->context->config;
     const bool watching = config->watchPluginsDirectory();
     const bool enabledOnly = config->loadEnabledPluginOnly();
@@ -143,6 +146,7 @@ void PluginFramework::init()
 void PluginFramework::start()
 {
     Q_D(PluginFramework);
+    const TimelineRecorder::Span span(d->context->timeline.data(), Timeline::FrameworkStart, QString(), QString());
     d->setState(FrameworkStarting);
     d->context->pluginManager->start();
     emit started();
@@ -166,6 +170,24 @@ void PluginFramework::installPlugin(QString libpath)
 {
     Q_D(PluginFramework);
     d->context->pluginManager->install(QFileInfo(libpath));
+}
+
+Timeline PluginFramework::timeline() const
+{
+    Q_D(const PluginFramework);
+    return d->context->timeline->timeline();
+}
+
+bool PluginFramework::isTimelineRecording() const
+{
+    Q_D(const PluginFramework);
+    return d->context->timeline->isEnabled();
+}
+
+void PluginFramework::setTimelineRecording(bool on)
+{
+    Q_D(PluginFramework);
+    d->context->timeline->setEnabled(on);
 }
 
 void PluginFramework::setLoadEnabledPluginOnly(bool on)

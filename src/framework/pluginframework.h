@@ -5,6 +5,7 @@
 #include "../extensionsystem_global.h"
 
 #include "../event/pluginevent.h"
+#include "timeline.h"
 
 #include <QtCore/QObject>
 
@@ -126,6 +127,29 @@ public:
     */
     void handleError(int error, const QString &errorString);
 
+    /*!
+        Returns what the framework has recorded so far: when each phase of each
+        plug-in (library load, metadata, load queue, activator start and stop),
+        of each extension file (digest, parse, store write, dispatch or store
+        read) and of init(), start() and stop() began and ended. Recording is on
+        from construction and costs little; the entries stay for the life of the
+        framework.
+
+        \sa Timeline::writeTrace(), Timeline::profileTable(), setTimelineRecording()
+    */
+    Timeline timeline() const;
+    /*!
+        Returns whether phases are being recorded; true unless
+        setTimelineRecording() turned it off.
+    */
+    bool isTimelineRecording() const;
+    /*!
+        Turns the recording of phases on or off, from now on: what is recorded
+        stays. Off, the framework's only cost is one check per phase; meant for
+        measuring what recording costs.
+    */
+    void setTimelineRecording(bool on);
+
 public slots:
     /*!
         Installs the plug-ins: writes the configuration to debug output
@@ -222,6 +246,32 @@ signals:
         has found the plug-ins directory, synchronously inside the change.
     */
     void pluginChanged(PluginEvent event);
+    /*!
+        Emitted once per scan of the plug-ins directory (init(), a call to
+        PluginManager::install(QDir), or a rescan of the watched directory) when
+        every extension file the scan announced has been parsed or read from the
+        store and handed to the registered extension points; also when the scan
+        found no extension file, with three empty lists. It comes from the event
+        loop, after the last dispatch.
+
+        \a parsedFiles were new or changed and have been parsed, stored and
+        dispatched; \a storedFiles were unchanged (or gone), and their rows came
+        from extension.dat; \a failedFiles could not be parsed and handed out
+        nothing. The paths are those of the announcements.
+
+        A host that starts its plug-ins after this signal lets their points see
+        the extension files of this run, edits included:
+
+        \code
+        QEventLoop loop;
+        QObject::connect(&framework, &PluginFramework::extensionFilesReady, &loop, &QEventLoop::quit);
+        framework.init();
+        if (framework.state() == PluginFramework::FrameworkInitialized)
+            loop.exec();
+        framework.start();
+        \endcode
+    */
+    void extensionFilesReady(QStringList parsedFiles, QStringList storedFiles, QStringList failedFiles);
 
 private:
     Q_DISABLE_COPY(PluginFramework)

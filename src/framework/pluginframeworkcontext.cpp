@@ -3,6 +3,7 @@
 
 #include "pluginframework.h"
 #include "pluginframeworkconfig.h"
+#include "timelinerecorder.h"
 
 #include <event/eventmanager.h>
 #include <extension/extensionmanager.h>
@@ -19,6 +20,7 @@ PluginFrameworkContext::PluginFrameworkContext(PluginFramework *framework)
     , eventManager(nullptr)
     , serviceManager(nullptr)
     , extensionManager(nullptr)
+    , timeline(new TimelineRecorder)
     , error(0)
     , errorString(QObject::tr("No Error"))
 {
@@ -32,6 +34,11 @@ PluginFrameworkContext::PluginFrameworkContext(PluginFramework *framework)
     // Queued: extension files are parsed once the directory scan has returned to the event loop.
     QObject::connect(pluginManager, &PluginManager::parsingExtensionFile, extensionManager,
                      &ExtensionManager::parseExtensionFile, Qt::QueuedConnection);
+    // Queued like the announcements, so that it closes the scan after them.
+    QObject::connect(pluginManager, &PluginManager::directoryScanned, extensionManager, &ExtensionManager::scanFinished,
+                     Qt::QueuedConnection);
+    QObject::connect(extensionManager, &ExtensionManager::extensionFilesReady, framework,
+                     &PluginFramework::extensionFilesReady);
     QObject::connect(extensionManager, &ExtensionManager::requestStartingPlugin, pluginManager,
                      QOverload<QString>::of(&PluginManager::start));
     QObject::connect(extensionManager, &ExtensionManager::requestStoppingPlugin, pluginManager,

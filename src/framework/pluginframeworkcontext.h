@@ -4,6 +4,7 @@
 
 #include "extensionsystem_global.h"
 
+#include <QtCore/QSharedPointer>
 #include <QtCore/QString>
 
 namespace ExtensionSystem {
@@ -16,6 +17,7 @@ class ServiceManager;
 namespace Internal {
 
 class EventManager;
+class TimelineRecorder;
 class ExtensionManager;
 
 // The record through which every component reaches the configuration and the
@@ -32,6 +34,8 @@ public:
     EventManager *eventManager;
     ServiceManager *serviceManager;
     ExtensionManager *extensionManager;
+    // Shared with the parse tasks on the pool, which may outlive the framework.
+    QSharedPointer<TimelineRecorder> timeline;
     int error;
     QString errorString;
 

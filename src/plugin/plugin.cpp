@@ -3,6 +3,8 @@
 #include "plugin_p.h"
 
 #include <framework/debugoutput_p.h>
+#include <framework/pluginframeworkcontext.h>
+#include <framework/timelinerecorder.h>
 #include <plugin/ipluginactivator.h>
 #include <plugin/pluginconstance.h>
 #include <plugin/plugincontext.h>
@@ -33,6 +35,9 @@ PluginPrivate::PluginPrivate(const QFileInfo &file, PluginFrameworkContext *cont
     , pluginContext(nullptr)
     , metaData(nullptr)
 {
+    TimelineRecorder *timeline = context ? context->timeline.data() : nullptr;
+    // The plug-in's name is known only once its metadata is read.
+    TimelineRecorder::Span loading(timeline, Timeline::LibraryLoad, file.baseName(), file.absoluteFilePath());
     loader.setLoadHints(PluginResolver::libraryLoadHints());
     if (!loader.load() && !loader.isLoaded()) {
         error = Plugin::LoadError;
@@ -49,8 +54,16 @@ PluginPrivate::PluginPrivate(const QFileInfo &file, PluginFrameworkContext *cont
     }
 
     // The metadata is a resource under the library's base name: ":/<base>/META-DATA/META.INF".
+    const qint64 loaded = timeline ? timeline->now() : 0;
     const QString base = loader.fileName().section(QLatin1Char('/'), -1, -1).section(QLatin1Char('.'), 0, -2);
     metaData = new PluginMetaData(PluginConstance::PLUGIN_METAFILE.arg(base));
+    if (timeline && timeline->isEnabled()) {
+        const QString name = metaData->symbolic().isEmpty() ? file.baseName() : metaData->symbolic();
+        const qint64 read = timeline->now();
+        loading.setName(name);
+        loading.setEnd(loaded);
+        timeline->record(Timeline::MetaDataRead, name, file.absoluteFilePath(), loaded, read);
+    }
     if (metaData->isValid()) {
         valid = true;
         ES_DEBUG_IF_SHOWN() << "     |-> init:" << metaData->symbolic();
@@ -211,6 +224,8 @@ void Plugin::start()
     }
 
     setState(PluginInfo::Starting);
+    TimelineRecorder::Span span(d->context ? d->context->timeline.data() : nullptr, Timeline::ActivatorStart,
+                                symbolic(), d->fileInfo.absoluteFilePath());
     const QString translation =
             QStringLiteral("%1/languages/%2.qm").arg(d->fileInfo.absolutePath(), QLocale::system().name());
     // Empty, not null: null arguments would make QTranslator try other names too.
@@ -218,6 +233,7 @@ void Plugin::start()
     if (d->translator.load(translation, none, none, none))
         QCoreApplication::installTranslator(&d->translator);
     d->activator->start(d->pluginContext);
+    span.finish();
     setState(PluginInfo::Active);
     d->clearError();
 }
@@ -240,7 +256,11 @@ void Plugin::stop()
     }
 
     setState(PluginInfo::Stopping);
-    d->activator->stop(d->pluginContext);
+    {
+        const TimelineRecorder::Span span(d->context ? d->context->timeline.data() : nullptr, Timeline::ActivatorStop,
+                                          symbolic(), d->fileInfo.absoluteFilePath());
+        d->activator->stop(d->pluginContext);
+    }
     QCoreApplication::removeTranslator(&d->translator);
     setState(PluginInfo::Resolved);
     d->clearError();

@@ -6,6 +6,7 @@
 #include <event/pluginevent.h>
 #include <framework/debugoutput_p.h>
 #include <framework/pluginframeworkcontext.h>
+#include <framework/timelinerecorder.h>
 #include <plugin/plugin.h>
 #include <plugin/pluginloadqueue.h>
 #include <plugin/pluginmetadata.h>
@@ -98,6 +99,7 @@ void PluginManagerPrivate::installDirectory(const QDir &pluginDir)
     }
     scanDone = true;
     emit q->loadingQueueChanged(loadQueue->queue());
+    emit q->directoryScanned(pluginDir.path());
 }
 
 bool PluginManagerPrivate::installFile(const QFileInfo &fileinfo)
@@ -153,7 +155,11 @@ bool PluginManagerPrivate::installFile(const QFileInfo &fileinfo)
     pluginFiles.insert(fileinfo.filePath(), plugin);
     plugins.insert(symbolic, plugin);
     refusals.remove(symbolic);
-    loadQueue->add(symbolic);
+    {
+        const TimelineRecorder::Span span(context->timeline.data(), Timeline::LoadQueue, symbolic,
+                                          fileinfo.absoluteFilePath());
+        loadQueue->add(symbolic);
+    }
     emit q->installed(symbolic);
     // The change to Installed happened before the connection above existed.
     pluginStateChanaged(symbolic, PluginInfo::Uninstalled, PluginInfo::Installed);

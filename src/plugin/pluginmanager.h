@@ -191,6 +191,14 @@ signals:
     */
     void loadingQueueChanged(QStringList loadingQueue);
     /*!
+        Emitted at the end of every scan of an existing directory, \a pluginDir,
+        after the scan's parsingExtensionFile() and loadingQueueChanged(). The
+        framework connects it, queued, to its extension registry: arriving after
+        the scan's announcements, it closes the set of files that
+        PluginFramework::extensionFilesReady() waits for.
+    */
+    void directoryScanned(QString pluginDir);
+    /*!
         Emitted when a library has been installed under \a symbolic, after it was
         handed to the load queue (so it may already be resolved).
     */

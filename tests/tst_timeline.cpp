@@ -1,0 +1,368 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "testsupport.h"
+
+#include <extension/extensiondata.h>
+#include <extension/extensionmanager.h>
+#include <extension/extensionpoint.h>
+#include <extension/extensionpointadmin.h>
+#include <framework/timeline.h>
+#include <plugin/pluginmanager.h>
+
+#include <QtCore/QJsonArray>
+#include <QtCore/QJsonDocument>
+#include <QtCore/QJsonObject>
+#include <QtCore/QTemporaryDir>
+#include <QtTest>
+
+using namespace ExtensionSystem;
+using namespace ExtensionSystem::Internal;
+using namespace TestSupport;
+
+namespace {
+
+using Entries = QVector<Timeline::Entry>;
+
+Entries entriesOf(const Timeline &timeline, Timeline::Phase phase, const QString &name = QString())
+{
+    Entries found;
+    const Entries all = timeline.entries();
+    for (const Timeline::Entry &entry : all) {
+        if (entry.phase == phase && (name.isNull() || entry.name == name))
+            found << entry;
+    }
+    return found;
+}
+
+bool within(const Timeline::Entry &inner, const Timeline::Entry &outer)
+{
+    return inner.thread == outer.thread && outer.begin <= inner.begin && inner.end <= outer.end;
+}
+
+QString deployWithExtensionFile(const QString &plugin, const QByteArray &xml)
+{
+    const QString library = deployPlugin(plugin);
+    const QString file = QFileInfo(library).absolutePath() + QStringLiteral("/extension.xml");
+    writeFile(file, xml);
+    return file;
+}
+
+QByteArray supplierFile(const QString &title)
+{
+    return QStringLiteral("<Plugin id=\"ext.supplier\"><ExtDataSet>"
+                          "<ExtData id=\"test.point\" plugin=\"ext.supplier\" extPlugin=\"ext.host\">"
+                          "<Item id=\"supplier.action\" title=\"%1\"/></ExtData></ExtDataSet></Plugin>")
+            .arg(title)
+            .toUtf8();
+}
+
+ExtensionPoint *testPoint(PluginFramework *framework)
+{
+    return frameworkContext(framework)->extensionManager->pointAdmin()->findExtensionPoint(
+            QStringLiteral("test.point"));
+}
+
+} // namespace
+
+class tst_Timeline : public QObject
+{
+    Q_OBJECT
+private slots:
+    void initTestCase() { qRegisterMetaType<PluginEvent>("PluginEvent"); }
+    void init()
+    {
+        resetApplicationDirectory();
+        // No watcher, unless a test turns it on: a rescan would add a signal of its own.
+        writeFile(configFile(), "[PluginManager]\nwatchPluginsDirectory=false\n");
+    }
+    void cleanup() { resetApplicationDirectory(); }
+
+    void phasesOfAWholeRun();
+    void traceAndTable();
+    void extensionFilesReadyOncePerScan();
+    void rescanOfTheWatchedDirectory();
+    void editedTitleReachesThePointInTheSameRun();
+};
+
+void tst_Timeline::phasesOfAWholeRun()
+{
+    const QStringList plugins{"chain.a", "chain.b", "chain.c", "ext.host", "ext.supplier"};
+    for (const QString &plugin : plugins)
+        deployPlugin(plugin);
+    const QString file = pluginsDir() + QStringLiteral("/ext.supplier/extension.xml");
+    writeFile(file, supplierFile(QStringLiteral("Open")));
+
+    Timeline timeline;
+    {
+        PluginFramework framework;
+        QVERIFY(framework.isTimelineRecording());
+        QSignalSpy ready(&framework, &PluginFramework::extensionFilesReady);
+        framework.init();
+        QVERIFY(ready.wait(5000));
+        framework.start();
+        framework.stop();
+        timeline = framework.timeline();
+
+        // Off: nothing more is recorded, and what was recorded stays.
+        framework.setTimelineRecording(false);
+        QVERIFY(!framework.isTimelineRecording());
+        framework.start();
+        framework.stop();
+        QCOMPARE(framework.timeline().entries().size(), timeline.entries().size());
+    }
+
+    const Entries all = timeline.entries();
+    for (const Timeline::Entry &entry : all) {
+        QVERIFY2(entry.begin >= 0 && entry.duration() >= 0, qPrintable(Timeline::phaseName(entry.phase)));
+        // Only the parse runs off the framework's thread.
+        QCOMPARE(entry.thread != 0, entry.phase == Timeline::FileParse);
+    }
+    QCOMPARE(entriesOf(timeline, Timeline::FrameworkInit).size(), 1);
+    QCOMPARE(entriesOf(timeline, Timeline::FrameworkStart).size(), 1);
+    QCOMPARE(entriesOf(timeline, Timeline::FrameworkStop).size(), 1);
+    const Timeline::Entry init = entriesOf(timeline, Timeline::FrameworkInit).first();
+    const Timeline::Entry start = entriesOf(timeline, Timeline::FrameworkStart).first();
+    const Timeline::Entry stop = entriesOf(timeline, Timeline::FrameworkStop).first();
+    QVERIFY(init.end <= start.begin && start.end <= stop.begin);
+
+    // One entry per phase per plug-in, in the order of the lifecycle, each inside
+    // the framework call that caused it.
+    for (const QString &plugin : plugins) {
+        const Timeline::Phase phases[] = {Timeline::LibraryLoad, Timeline::MetaDataRead, Timeline::LoadQueue,
+                                          Timeline::ActivatorStart, Timeline::ActivatorStop};
+        Entries ordered;
+        for (Timeline::Phase phase : phases) {
+            const Entries found = entriesOf(timeline, phase, plugin);
+            QVERIFY2(found.size() == 1, qPrintable(plugin + QLatin1Char(' ') + Timeline::phaseName(phase)));
+            QVERIFY(found.first().file.endsWith(plugin + QStringLiteral(ES_TEST_LIBRARY_SUFFIX)));
+            ordered << found.first();
+        }
+        for (int i = 1; i < ordered.size(); ++i)
+            QVERIFY2(ordered.at(i - 1).end <= ordered.at(i).begin, qPrintable(plugin));
+        QVERIFY(within(ordered.at(0), init) && within(ordered.at(2), init));
+        QVERIFY(within(ordered.at(3), start));
+        QVERIFY(within(ordered.at(4), stop));
+    }
+
+    // The changed file: digest on the framework's thread, parse on the pool,
+    // then store and dispatch, after init returned.
+    const Timeline::Phase filePhases[] = {Timeline::FileDigest, Timeline::FileParse, Timeline::StoreWrite,
+                                          Timeline::Dispatch};
+    Entries fileEntries;
+    for (Timeline::Phase phase : filePhases) {
+        const Entries found = entriesOf(timeline, phase, file);
+        QVERIFY2(found.size() == 1, qPrintable(Timeline::phaseName(phase)));
+        QCOMPARE(found.first().file, file);
+        fileEntries << found.first();
+    }
+    QVERIFY(init.end <= fileEntries.first().begin);
+    for (int i = 1; i < fileEntries.size(); ++i)
+        QVERIFY(fileEntries.at(i - 1).end <= fileEntries.at(i).begin);
+    QVERIFY(entriesOf(timeline, Timeline::StoreRead).isEmpty());
+}
+
+void tst_Timeline::traceAndTable()
+{
+    const QStringList plugins{"chain.a", "chain.b", "ext.host"};
+    for (const QString &plugin : plugins)
+        deployPlugin(plugin);
+    PluginFramework framework;
+    QSignalSpy ready(&framework, &PluginFramework::extensionFilesReady);
+    framework.init();
+    QVERIFY(ready.wait(5000));
+    framework.start();
+    const Timeline timeline = framework.timeline();
+
+    // The trace is JSON with one complete event per entry, in microseconds.
+    QJsonParseError error;
+    const QJsonDocument document = QJsonDocument::fromJson(timeline.toTraceJson(), &error);
+    QCOMPARE(error.error, QJsonParseError::NoError);
+    const QJsonArray events = document.object().value(QStringLiteral("traceEvents")).toArray();
+    QJsonObject frameworkStart;
+    QList<QJsonObject> starts;
+    int complete = 0;
+    QSet<int> namedThreads;
+    QSet<int> usedThreads;
+    for (const QJsonValue &value : events) {
+        const QJsonObject event = value.toObject();
+        const QString ph = event.value(QStringLiteral("ph")).toString();
+        if (ph == QLatin1String("M")) {
+            if (event.value(QStringLiteral("name")).toString() == QLatin1String("thread_name"))
+                namedThreads << event.value(QStringLiteral("tid")).toInt();
+            continue;
+        }
+        QCOMPARE(ph, QStringLiteral("X"));
+        ++complete;
+        usedThreads << event.value(QStringLiteral("tid")).toInt();
+        QVERIFY(event.value(QStringLiteral("ts")).toDouble() >= 0);
+        QVERIFY(event.value(QStringLiteral("dur")).toDouble() >= 0);
+        const QJsonObject args = event.value(QStringLiteral("args")).toObject();
+        const QString phase = args.value(QStringLiteral("phase")).toString();
+        if (phase == QLatin1String("start")
+            && event.value(QStringLiteral("cat")).toString() == QLatin1String("framework"))
+            frameworkStart = event;
+        if (phase == QLatin1String("activator start")) {
+            QVERIFY(plugins.contains(args.value(QStringLiteral("name")).toString()));
+            starts << event;
+        }
+    }
+    QCOMPARE(complete, timeline.entries().size());
+    QCOMPARE(namedThreads, usedThreads);
+    QCOMPARE(starts.size(), plugins.size());
+    QVERIFY(!frameworkStart.isEmpty());
+    const double outerBegin = frameworkStart.value(QStringLiteral("ts")).toDouble();
+    const double outerEnd = outerBegin + frameworkStart.value(QStringLiteral("dur")).toDouble();
+    for (const QJsonObject &start : qAsConst(starts)) {
+        const double begin = start.value(QStringLiteral("ts")).toDouble();
+        QVERIFY(begin >= outerBegin);
+        QVERIFY(begin + start.value(QStringLiteral("dur")).toDouble() <= outerEnd);
+    }
+
+    // Written to a file, the same document; a file that cannot be written says why.
+    QTemporaryDir directory;
+    const QString path = directory.filePath(QStringLiteral("startup.json"));
+    QVERIFY(timeline.writeTrace(path));
+    QFile written(path);
+    QVERIFY(written.open(QIODevice::ReadOnly));
+    QCOMPARE(written.readAll(), timeline.toTraceJson());
+    QString why;
+    QVERIFY(!timeline.writeTrace(directory.filePath(QStringLiteral("missing/startup.json")), &why));
+    QVERIFY(why.contains(QStringLiteral("missing/startup.json")));
+
+    // The table: a row per plug-in, sorted by the total in the last column.
+    const QStringList lines = timeline.profileTable().split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    QCOMPARE(lines.size(), 1 + plugins.size() + 1);
+    QVERIFY(lines.first().startsWith(QStringLiteral("plug-in")));
+    QVERIFY(lines.first().contains(QStringLiteral("activator start")));
+    double previous = 1e300;
+    QSet<QString> rows;
+    for (int i = 1; i <= plugins.size(); ++i) {
+        const QStringList cells = lines.at(i).split(QLatin1Char(' '), Qt::SkipEmptyParts);
+        QCOMPARE(cells.size(), 8);
+        rows << cells.first();
+        double sum = 0;
+        for (int column = 1; column < 7; ++column)
+            sum += cells.at(column).toDouble();
+        const double total = cells.last().toDouble();
+        QVERIFY(qAbs(sum - total) < 0.05); // rounded to hundredths
+        QVERIFY(total <= previous);
+        previous = total;
+    }
+    QCOMPARE(rows, QSet<QString>(plugins.cbegin(), plugins.cend()));
+    QVERIFY(lines.last().contains(QStringLiteral("framework: init")));
+    QVERIFY(Timeline().profileTable().startsWith(QStringLiteral("plug-in")));
+}
+
+void tst_Timeline::extensionFilesReadyOncePerScan()
+{
+    // A scan without extension files still says so, once.
+    deployPlugin(QStringLiteral("chain.a"));
+    {
+        PluginFramework framework;
+        QSignalSpy ready(&framework, &PluginFramework::extensionFilesReady);
+        framework.init();
+        QCOMPARE(ready.count(), 0); // from the event loop, not from init()
+        QVERIFY(ready.wait(5000));
+        QTest::qWait(50);
+        QCOMPARE(ready.count(), 1);
+        QCOMPARE(ready.first(), QVariantList({QStringList(), QStringList(), QStringList()}));
+    }
+
+    // Parsed, from the store, failed; each scan signals after the last dispatch.
+    deployPlugin(QStringLiteral("ext.host"));
+    const QString supplier = deployWithExtensionFile(QStringLiteral("ext.supplier"), supplierFile(QStringLiteral("A")));
+    const QString broken = QFileInfo(deployPlugin(QStringLiteral("chain.a"))).absolutePath() + "/extension.xml";
+    writeFile(broken, "<Plugin id=\"chain.a\"><ExtDataSet>");
+    for (int run = 1; run <= 2; ++run) {
+        PluginFramework framework;
+        auto *manager = framework.findChild<PluginManager *>();
+        QStringList seenAtSignal;
+        connect(&framework, &PluginFramework::extensionFilesReady, this, [&] {
+            ExtensionPoint *point = testPoint(&framework);
+            seenAtSignal << (point && point->extensionData(QStringLiteral("supplier.action")) ? "item" : "none");
+        });
+        QSignalSpy ready(&framework, &PluginFramework::extensionFilesReady);
+        framework.init();
+        // The point is there before the files are read: the signal must wait for their dispatch.
+        manager->start(QStringLiteral("ext.host"));
+        QVERIFY(ready.wait(5000));
+        QTest::qWait(50);
+        QCOMPARE(ready.count(), 1);
+        QCOMPARE(seenAtSignal, QStringList({"item"}));
+        const QStringList parsed = ready.first().at(0).toStringList();
+        const QStringList stored = ready.first().at(1).toStringList();
+        const QStringList failed = ready.first().at(2).toStringList();
+        if (run == 1) {
+            QCOMPARE(parsed, QStringList({supplier}));
+            QCOMPARE(stored, QStringList());
+        } else {
+            QCOMPARE(parsed, QStringList());
+            QCOMPARE(stored, QStringList({supplier}));
+        }
+        // A file that does not parse is never stored, so it fails in every run.
+        QCOMPARE(failed, QStringList({broken}));
+
+        // A scan of a directory with nothing new: once more, empty.
+        manager->install(QDir(pluginsDir()));
+        QVERIFY(ready.wait(5000));
+        QCOMPARE(ready.count(), 2);
+        QCOMPARE(ready.last(), QVariantList({QStringList(), QStringList(), QStringList()}));
+    }
+}
+
+void tst_Timeline::rescanOfTheWatchedDirectory()
+{
+    writeFile(configFile(), "[PluginManager]\nwatchPluginsDirectory=true\n");
+    deployPlugin(QStringLiteral("ext.host"));
+    PluginFramework framework;
+    auto *manager = framework.findChild<PluginManager *>();
+    QSignalSpy scans(manager, &PluginManager::directoryScanned);
+    QSignalSpy ready(&framework, &PluginFramework::extensionFilesReady);
+    framework.init();
+    QVERIFY(ready.wait(5000));
+
+    // A plug-in directory made elsewhere and moved in whole: the watcher's scan
+    // installs it and announces its file.
+    QTemporaryDir staging(appDir() + QStringLiteral("/staging-XXXXXX"));
+    const QString built = builtPlugin(QStringLiteral("ext.supplier"));
+    const QString staged = staging.filePath(QStringLiteral("ext.supplier"));
+    QDir().mkpath(staged);
+    QVERIFY(QFile::copy(built, staged + QLatin1Char('/') + QFileInfo(built).fileName()));
+    writeFile(staged + QStringLiteral("/extension.xml"), supplierFile(QStringLiteral("B")));
+    const QString target = pluginsDir() + QStringLiteral("/ext.supplier");
+    QVERIFY(QDir().rename(staged, target));
+
+    QTRY_VERIFY_WITH_TIMEOUT(ready.count() >= 2, 5000);
+    QTest::qWait(200);
+    // Exactly one signal per scan, however many scans the watcher ran.
+    QCOMPARE(ready.count(), scans.count());
+    QStringList parsed;
+    for (int i = 1; i < ready.count(); ++i)
+        parsed << ready.at(i).at(0).toStringList();
+    QCOMPARE(parsed, QStringList({target + QStringLiteral("/extension.xml")}));
+    QVERIFY(manager->find(QStringLiteral("ext.supplier")));
+}
+
+void tst_Timeline::editedTitleReachesThePointInTheSameRun()
+{
+    deployPlugin(QStringLiteral("ext.host"));
+    const QString file = deployWithExtensionFile(QStringLiteral("ext.supplier"), supplierFile(QStringLiteral("Old")));
+    const QStringList titles{"Old", "New title"};
+    for (const QString &title : titles) {
+        writeFile(file, supplierFile(title)); // a new size: the digest changes
+        PluginFramework framework;
+        QSignalSpy ready(&framework, &PluginFramework::extensionFilesReady);
+        // init, wait for the files, then start: the point reads this run's rows.
+        framework.init();
+        QVERIFY(ready.wait(5000));
+        QCOMPARE(ready.first().at(0).toStringList(), QStringList({file}));
+        framework.start();
+        ExtensionPoint *point = testPoint(&framework);
+        QVERIFY(point);
+        ExtensionData *data = point->extensionData(QStringLiteral("supplier.action"));
+        QVERIFY(data);
+        QCOMPARE(data->attribute(QStringLiteral("title")).toString(), title);
+    }
+}
+
+QTEST_GUILESS_MAIN(tst_Timeline)
+#include "tst_timeline.moc"
