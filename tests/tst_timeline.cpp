@@ -179,6 +179,7 @@ void tst_Timeline::traceAndTable()
     const QJsonArray events = document.object().value(QStringLiteral("traceEvents")).toArray();
     QJsonObject frameworkStart;
     QList<QJsonObject> starts;
+    QList<QJsonObject> spans;
     int complete = 0;
     QSet<int> namedThreads;
     QSet<int> usedThreads;
@@ -195,14 +196,33 @@ void tst_Timeline::traceAndTable()
         usedThreads << event.value(QStringLiteral("tid")).toInt();
         QVERIFY(event.value(QStringLiteral("ts")).toDouble() >= 0);
         QVERIFY(event.value(QStringLiteral("dur")).toDouble() >= 0);
-        const QJsonObject args = event.value(QStringLiteral("args")).toObject();
-        const QString phase = args.value(QStringLiteral("phase")).toString();
-        if (phase == QLatin1String("start")
+        const QString name = event.value(QStringLiteral("name")).toString();
+        if (name == QLatin1String("start")
             && event.value(QStringLiteral("cat")).toString() == QLatin1String("framework"))
             frameworkStart = event;
-        if (phase == QLatin1String("activator start")) {
-            QVERIFY(plugins.contains(args.value(QStringLiteral("name")).toString()));
+        const QString activatorStart = QStringLiteral("activator start ");
+        if (name.startsWith(activatorStart)) {
+            const QString plugin = name.mid(activatorStart.size());
+            QVERIFY(plugins.contains(plugin));
+            const QJsonObject args = event.value(QStringLiteral("args")).toObject();
+            QVERIFY(args.value(QStringLiteral("file")).toString().contains(plugin));
             starts << event;
+        }
+        spans << event;
+    }
+    // On one track two events nest or keep apart: a viewer rebuilds the stacks from that.
+    for (const QJsonObject &a : qAsConst(spans)) {
+        for (const QJsonObject &b : qAsConst(spans)) {
+            if (a.value(QStringLiteral("tid")) != b.value(QStringLiteral("tid")))
+                continue;
+            const double aBegin = a.value(QStringLiteral("ts")).toDouble();
+            const double aEnd = aBegin + a.value(QStringLiteral("dur")).toDouble();
+            const double bBegin = b.value(QStringLiteral("ts")).toDouble();
+            const double bEnd = bBegin + b.value(QStringLiteral("dur")).toDouble();
+            const bool apart = aEnd <= bBegin || bEnd <= aBegin;
+            const bool nested = (aBegin <= bBegin && bEnd <= aEnd) || (bBegin <= aBegin && aEnd <= bEnd);
+            QVERIFY2(apart || nested, qPrintable(a.value(QStringLiteral("name")).toString() + QLatin1String(" / ")
+                                                 + b.value(QStringLiteral("name")).toString()));
         }
     }
     QCOMPARE(complete, timeline.entries().size());

@@ -1,7 +1,13 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The example host: creates the framework, runs init() and start(), prints what
-// the framework made of the plug-ins beside it, activates the extension commands,
-// and quits; stop() then runs through aboutToQuit.
+// The example host: creates the framework, runs init(), waits until the extension
+// files are in, runs start(), prints what the framework made of the plug-ins beside
+// it, activates the extension commands, and quits; stop() then runs through
+// aboutToQuit.
+//
+//   es-demo-host [--trace <file>] [--profile]
+//
+// --trace writes the framework's timeline as a Chrome trace (open it in Perfetto or
+// chrome://tracing); --profile prints a table of the plug-ins by the time they took.
 
 #include "../plugins/common/demo.h"
 
@@ -15,13 +21,15 @@
 #include <ExtensionSystem/ServiceProperty>
 #include <ExtensionSystem/ServiceReference>
 
+#include <ExtensionSystem/Timeline>
+
+#include <QtCore/QCommandLineParser>
 #include <QtCore/QCoreApplication>
 #include <QtCore/QDateTime>
-#include <QtCore/QElapsedTimer>
+#include <QtCore/QEventLoop>
 #include <QtCore/QFile>
 #include <QtCore/QMutex>
 #include <QtCore/QTextStream>
-#include <QtCore/QThreadPool>
 #include <QtCore/QTimer>
 
 #include <algorithm>
@@ -31,19 +39,13 @@ using namespace ExtensionSystem;
 namespace {
 
 QFile *logFile = nullptr;
-QStringList parsedFiles;
 QMutex logMutex;
 
-// The framework's debug output goes to demo-host.log; the parse task's line
-// tells which extension files were read in this run. Parse tasks write on pool
+// The framework's debug output goes to demo-host.log. Parse tasks write on pool
 // threads, two at a time: one at a time here.
 void toLogFile(QtMsgType type, const QMessageLogContext &, const QString &message)
 {
     const QMutexLocker locker(&logMutex);
-    static const QString parseLine = QStringLiteral("ExtensionSystem::Internal::ExtensionFileParseTask::run() >");
-    const int at = message.indexOf(parseLine);
-    if (at >= 0)
-        parsedFiles << message.mid(at + parseLine.size()).trimmed().remove(QLatin1Char('"'));
     if (logFile) {
         logFile->write(message.toUtf8());
         logFile->write("\n");
@@ -179,6 +181,18 @@ void printCommands(IShell *shell)
 int main(int argc, char **argv)
 {
     QCoreApplication app(argc, argv);
+    QCommandLineParser options;
+    options.setApplicationDescription(QStringLiteral("Runs the example plug-ins and reports what they did."));
+    options.addHelpOption();
+    const QCommandLineOption traceOption(QStringLiteral("trace"),
+                                         QStringLiteral("Write the startup timeline to <file> as a Chrome trace."),
+                                         QStringLiteral("file"));
+    const QCommandLineOption profileOption(QStringLiteral("profile"),
+                                           QStringLiteral("Print the plug-ins sorted by the time they took."));
+    options.addOption(traceOption);
+    options.addOption(profileOption);
+    options.process(app);
+
     // Static: the framework still logs while it is destroyed, after main's locals.
     static QFile log(QCoreApplication::applicationDirPath() + QStringLiteral("/demo-host.log"));
     if (log.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Text))
@@ -204,11 +218,26 @@ int main(int argc, char **argv)
             startedOnDemand << event.symbolic();
     });
 
-    heading(QStringLiteral("init() and start()"));
+    // Extension files are read after the scan, on the event loop and a pool
+    // thread. Started only once they are in, the points see this run's files,
+    // an edited extension.xml included.
+    heading(QStringLiteral("init(), the extension files, start()"));
+    QStringList parsedFiles;
+    QStringList storedFiles;
+    QStringList failedFiles;
+    QEventLoop extensionFiles;
+    QObject::connect(&framework, &PluginFramework::extensionFilesReady, &extensionFiles,
+                     [&](const QStringList &parsed, const QStringList &stored, const QStringList &failed) {
+                         parsedFiles = parsed;
+                         storedFiles = stored;
+                         failedFiles = failed;
+                         extensionFiles.quit();
+                     });
     framework.init();
+    if (framework.state() == PluginFramework::FrameworkInitialized)
+        extensionFiles.exec();
     framework.start();
 
-    // Extension files are read after the scan, on the event loop and a pool thread.
     PluginContext *shellContext = contextOf(&framework, QStringLiteral("demo.shell"));
     IShell *shell = nullptr;
     QObject *shellObject = nullptr;
@@ -219,20 +248,17 @@ int main(int argc, char **argv)
         shellObject = shellContext->getService(shells.first());
         shell = qobject_cast<IShell *>(shellObject);
     }
-    QElapsedTimer waited;
-    waited.start();
-    while (shell && shell->commands().size() < 3 && waited.elapsed() < 5000) {
-        QThreadPool::globalInstance()->waitForDone(50);
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 50);
-    }
-
     printPlugins(manager);
     printServices(services);
     heading(QStringLiteral("Extension files"));
     if (parsedFiles.isEmpty())
-        out() << "parsed in this run: none (unchanged files come from extension.dat)\n";
+        out() << "parsed in this run: none\n";
     for (const QString &file : qAsConst(parsedFiles))
         out() << "parsed in this run: " << file << '\n';
+    for (const QString &file : qAsConst(storedFiles))
+        out() << "unchanged, from extension.dat: " << file << '\n';
+    for (const QString &file : qAsConst(failedFiles))
+        out() << "could not be parsed: " << file << '\n';
     out().flush();
 
     if (shell) {
@@ -266,8 +292,27 @@ int main(int argc, char **argv)
     heading(QStringLiteral("Quit: stop() runs through aboutToQuit, which is connected twice"));
     out().flush();
     QTimer::singleShot(0, &app, &QCoreApplication::quit);
-    const int result = app.exec();
+    int result = app.exec();
     printPlugins(manager);
+
+    // Read after quitting, so that the stop sequence is in too.
+    const Timeline timeline = framework.timeline();
+    if (options.isSet(profileOption)) {
+        heading(QStringLiteral("Profile"));
+        out() << timeline.profileTable();
+        out().flush();
+    }
+    if (options.isSet(traceOption)) {
+        QString why;
+        if (timeline.writeTrace(options.value(traceOption), &why)) {
+            out() << "trace written to " << options.value(traceOption)
+                  << ": open it at https://ui.perfetto.dev or chrome://tracing\n";
+        } else {
+            QTextStream(stderr) << why << '\n';
+            result = 1;
+        }
+        out().flush();
+    }
     // The destructor runs the stop sequence once more; its reports go to the log only.
     QObject::disconnect(errorPrinter);
     return result;

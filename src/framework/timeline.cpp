@@ -50,9 +50,12 @@ QString milliseconds(qint64 nanoseconds)
     return QString::number(double(nanoseconds) / 1e6, 'f', 2);
 }
 
-double microseconds(qint64 nanoseconds)
+// Whole microseconds, rounded alike at both ends of every phase: a phase that
+// ends where the next begins still touches it rather than overlapping it by
+// a rounding error, which viewers would show as nesting.
+qint64 microseconds(qint64 nanoseconds)
 {
-    return double(nanoseconds) / 1e3;
+    return (nanoseconds + 500) / 1000;
 }
 
 QString threadName(int thread)
@@ -121,20 +124,20 @@ QString Timeline::phaseName(Phase phase)
 
 QByteArray Timeline::toTraceJson() const
 {
+    // By begin, the outer of two phases that begin together first: viewers
+    // that rebuild the nesting from the order need it so.
+    QVector<Entry> sorted = d->entries;
+    std::stable_sort(sorted.begin(), sorted.end(), [](const Entry &a, const Entry &b) {
+        return a.begin != b.begin ? a.begin < b.begin : a.end > b.end;
+    });
     QJsonArray events;
     QVector<int> threads;
-    for (const Entry &entry : qAsConst(d->entries)) {
+    for (const Entry &entry : qAsConst(sorted)) {
         if (!threads.contains(entry.thread))
             threads << entry.thread;
         const QString phase = phaseName(entry.phase);
-        QJsonObject args;
-        args.insert(QStringLiteral("phase"), phase);
-        if (!entry.name.isEmpty())
-            args.insert(QStringLiteral("name"), entry.name);
-        if (!entry.file.isEmpty())
-            args.insert(QStringLiteral("file"), entry.file);
         QJsonObject event;
-        // A file's path is long: the slice shows its directory's name, the arguments the whole path.
+        // A file's path is long: the name has its directory's name, the arguments the whole path.
         const QString label = isFilePhase(entry.phase) ? QFileInfo(entry.file).dir().dirName() : entry.name;
         event.insert(QStringLiteral("name"), label.isEmpty() ? phase : QStringLiteral("%1 %2").arg(phase, label));
         event.insert(QStringLiteral("cat"), isFrameworkPhase(entry.phase) ? QStringLiteral("framework")
@@ -142,10 +145,12 @@ QByteArray Timeline::toTraceJson() const
                                                                           : QStringLiteral("plugin"));
         event.insert(QStringLiteral("ph"), QStringLiteral("X"));
         event.insert(QStringLiteral("ts"), microseconds(entry.begin));
-        event.insert(QStringLiteral("dur"), microseconds(entry.duration()));
+        event.insert(QStringLiteral("dur"), microseconds(entry.end) - microseconds(entry.begin));
         event.insert(QStringLiteral("pid"), 1);
         event.insert(QStringLiteral("tid"), entry.thread);
-        event.insert(QStringLiteral("args"), args);
+        // Viewers show the arguments beside the name: only what the name lacks.
+        if (!entry.file.isEmpty())
+            event.insert(QStringLiteral("args"), QJsonObject{{QStringLiteral("file"), entry.file}});
         events.append(event);
     }
     std::sort(threads.begin(), threads.end());
@@ -223,20 +228,19 @@ QString Timeline::profileTable() const
     int nameWidth = headers.first().size();
     for (const Row &row : qAsConst(rows))
         nameWidth = qMax(nameWidth, row.name.size());
-    int numberWidth = 9;
-    for (const QString &header : qAsConst(headers))
-        numberWidth = qMax(numberWidth, header.size());
+    // Each number column as wide as its header, and never narrower than a number.
+    const auto width = [&headers](int column) { return qMax(9, headers.at(column).size()); };
 
     QString table;
     table += headers.first().leftJustified(nameWidth);
     for (int i = 1; i < headers.size(); ++i)
-        table += QLatin1Char(' ') + headers.at(i).rightJustified(numberWidth);
+        table += QLatin1Char(' ') + headers.at(i).rightJustified(width(i));
     table += QLatin1Char('\n');
     for (const Row &row : qAsConst(rows)) {
         table += row.name.leftJustified(nameWidth);
-        for (qint64 column : row.columns)
-            table += QLatin1Char(' ') + milliseconds(column).rightJustified(numberWidth);
-        table += QLatin1Char(' ') + milliseconds(row.total).rightJustified(numberWidth) + QLatin1Char('\n');
+        for (int i = 0; i < columnCount; ++i)
+            table += QLatin1Char(' ') + milliseconds(row.columns[i]).rightJustified(width(i + 1));
+        table += QLatin1Char(' ') + milliseconds(row.total).rightJustified(width(columnCount + 1)) + QLatin1Char('\n');
     }
     table += QObject::tr("times in ms; framework: init %1, start %2, stop %3\n")
                      .arg(milliseconds(framework[FrameworkInit]), milliseconds(framework[FrameworkStart]),

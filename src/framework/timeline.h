@@ -129,10 +129,13 @@ public:
 
     /*!
         Returns the entries as a Chrome trace-event JSON document: one complete
-        event ("ph": "X") per entry, timestamps and durations in microseconds,
-        one track per thread, named "main" and "pool 1", "pool 2" and so on.
-        Each event is named after its phase and the plug-in or file, and carries
-        both in its arguments.
+        event ("ph": "X") per entry, timestamps and durations in whole
+        microseconds (each end rounded like each begin, so that nesting holds),
+        sorted by begin, one track per thread, named "main" and "pool 1", "pool 2" and so on.
+        Each event is named after its phase (phaseName()) and the plug-in, or
+        the directory of the extension file, such as "load org.example.core";
+        its category is "framework", "plugin" or "extension file", and its one
+        argument, "file", the library or extension file.
     */
     QByteArray toTraceJson() const;
     /*!
