@@ -5,6 +5,7 @@
 //
 //     es-bench floor                       QPluginLoader over queue.txt
 //     es-bench es <plugins> <services> <items> [--points] [--write-queue] [--record-sql <file>]
+//                 [--no-timeline]
 //     es-bench sql <file> <store>          the recorded SQL texts, replayed on a copy of <store>
 //     es-bench events <listeners> fw|plain
 //     es-bench lookup fw|plain
@@ -79,9 +80,10 @@ Q_NEVER_INLINE void es_bench_floor_load(const QStringList &paths, FloorLoad &res
     }
 }
 
-Q_NEVER_INLINE PluginFramework *es_bench_init_start(const QElapsedTimer &timer, double &initMs)
+Q_NEVER_INLINE PluginFramework *es_bench_init_start(const QElapsedTimer &timer, double &initMs, bool timeline)
 {
     auto *framework = new PluginFramework;
+    framework->setTimelineRecording(timeline);
     framework->init();
     initMs = bench::millisecondsSince(timer);
     framework->start();
@@ -175,14 +177,14 @@ int itemsMade()
 
 // init() and start(), then the event loop until every point holds its data and
 // everything the framework queued during init() has run.
-int runFramework(int plugins, int services, int items, bool points, bool writeQueue)
+int runFramework(int plugins, int services, int items, bool points, bool writeQueue, bool timeline)
 {
     qApp->setProperty("es.bench.points", points);
     const long rssBefore = bench::peakRssKiB();
     QElapsedTimer timer;
     timer.start();
     double initMs = 0;
-    PluginFramework *framework = es_bench_init_start(timer, initMs);
+    PluginFramework *framework = es_bench_init_start(timer, initMs, timeline);
     const double startMs = bench::millisecondsSince(timer) - initMs;
 
     // Posted after everything that init() queued, so it runs after all of it.
@@ -223,6 +225,10 @@ int runFramework(int plugins, int services, int items, bool points, bool writeQu
     timer.restart();
     framework->stop();
     const double stopMs = bench::millisecondsSince(timer);
+    // Recorded or not, as asked: each plug-in's load, metadata, queue, start and stop.
+    const int phases = framework->timeline().entries().size();
+    bench::check(timeline ? phases >= 5 * plugins : phases == 0,
+                 QStringLiteral("%1 phases recorded for %2 plug-ins").arg(phases).arg(plugins));
     delete framework;
 
     bench::figure("init_ms", initMs);
@@ -393,7 +399,8 @@ int main(int argc, char **argv)
         if (record > 0 && record + 1 < args.size())
             recordSql(args.at(record + 1));
         return runFramework(args.at(2).toInt(), args.at(3).toInt(), args.at(4).toInt(),
-                            args.contains(QStringLiteral("--points")), args.contains(QStringLiteral("--write-queue")));
+                            args.contains(QStringLiteral("--points")), args.contains(QStringLiteral("--write-queue")),
+                            !args.contains(QStringLiteral("--no-timeline")));
     }
     if (mode == QLatin1String("sql") && args.size() == 4)
         return runSql(args.at(2), args.at(3));
@@ -401,7 +408,7 @@ int main(int argc, char **argv)
         return runEvents(args.at(2).toInt(), args.at(3) == QLatin1String("fw"));
     if (mode == QLatin1String("lookup") && args.size() == 3)
         return runLookup(args.at(2) == QLatin1String("fw"));
-    bench::fail(QStringLiteral(
-            "usage: es-bench floor | es <plugins> <services> <items> [--points] [--write-queue] "
-            "[--record-sql <file>] | sql <file> <store> | events <listeners> fw|plain | lookup fw|plain"));
+    bench::fail(QStringLiteral("usage: es-bench floor | es <plugins> <services> <items> [--points] [--write-queue] "
+                               "[--record-sql <file>] [--no-timeline] | sql <file> <store> | events <listeners> "
+                               "fw|plain | lookup fw|plain"));
 }

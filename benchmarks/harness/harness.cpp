@@ -378,6 +378,10 @@ QList<Case> prepareCases(const Options &o)
         add({QStringLiteral("floor_") + n, app + QStringLiteral("/es-bench"), {QStringLiteral("floor")}}, FLOOR_LOAD);
         add({QStringLiteral("es_") + n, app + QStringLiteral("/es-bench"), esArgs + QStringList{QStringLiteral("0")}},
             INIT_START);
+        // The same without recording the timeline: what recording costs.
+        add({QStringLiteral("untimed_") + n, app + QStringLiteral("/es-bench"),
+             esArgs + QStringList{QStringLiteral("0"), QStringLiteral("--no-timeline")}},
+            INIT_START);
         if (o.peer) {
             cases << Case{QStringLiteral("peer_") + n,
                           peerRunner,
@@ -454,6 +458,16 @@ QList<Comparison> comparisonsFor(const Options &o)
                               {QStringLiteral("es_%1@instr").arg(L), instr},
                               {QStringLiteral("floor_%1@instr").arg(L), instr},
                               1.2,
+                              instr};
+    // What the timeline's recording costs, which is always on.
+    comparisons << Comparison{QStringLiteral("timeline_%1_vs_off").arg(L),
+                              {QStringLiteral("es_") + L, QStringLiteral("init_start_ms")},
+                              {QStringLiteral("untimed_") + L, QStringLiteral("init_start_ms")},
+                              1.02};
+    comparisons << Comparison{QStringLiteral("timeline_%1_vs_off").arg(L),
+                              {QStringLiteral("es_%1@instr").arg(L), instr},
+                              {QStringLiteral("untimed_%1@instr").arg(L), instr},
+                              1.02,
                               instr};
     // The store against its own SQL run bare: a warm start, and a start with
     // points and no extension files.
@@ -598,6 +612,9 @@ QString writeTable(const Options &o, const QList<Case> &cases, const Results &re
              QStringLiteral("framework: construct + init, start, stop"),
              {QStringLiteral("init_ms"), QStringLiteral("start_ms"), QStringLiteral("init_start_ms"),
               QStringLiteral("ready_ms"), QStringLiteral("stop_ms")}},
+            {QStringLiteral("untimed_"),
+             QStringLiteral("framework, timeline not recorded"),
+             {QStringLiteral("init_start_ms"), QStringLiteral("stop_ms")}},
             {QStringLiteral("peer_"),
              QStringLiteral("KCoreAddons: findPlugins + instantiatePlugin"),
              {QStringLiteral("find_ms"), QStringLiteral("load_ms")}},
