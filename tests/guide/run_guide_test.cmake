@@ -41,12 +41,21 @@ file(COPY ${demo_dir}/config/es-demo-host/config.ini DESTINATION ${app}/config/e
 file(COPY ${ES_WORK}/hello-build/plugins/guide.hello DESTINATION ${app}/plugins)
 
 get_filename_component(host_name ${ES_HOST} NAME)
-es_run(${app}/${host_name})
+# With the timeline's two views: the profile table ends the output, the trace is a file.
+es_run(${app}/${host_name} --profile --trace ${app}/startup.json)
 if(NOT es_run_output MATCHES "\nguide\\.hello +1\\.0\\.0 +Active ")
     message(FATAL_ERROR "guide.hello is not active in the host's report:\n${es_run_output}")
 endif()
 file(READ ${app}/demo-host.log log)
 if(NOT log MATCHES "guide.hello found a greeter from \"demo.core\"")
     message(FATAL_ERROR "guide.hello did not find the greeter:\n${log}")
+endif()
+if(NOT es_run_output MATCHES "\nplug-in +load +metadata +queue +activator start +activator stop +ext\\. file +total\n"
+        OR NOT es_run_output MATCHES "\nguide\\.hello +[0-9]+\\.[0-9][0-9]( +[0-9]+\\.[0-9][0-9])+\n")
+    message(FATAL_ERROR "no profile row for guide.hello:\n${es_run_output}")
+endif()
+file(READ ${app}/startup.json trace)
+if(NOT trace MATCHES "\"traceEvents\"" OR NOT trace MATCHES "\"name\": \"activator start guide\\.hello\"")
+    message(FATAL_ERROR "the trace has no start of guide.hello:\n${trace}")
 endif()
 message(STATUS "${es_run_output}")
