@@ -449,37 +449,41 @@ QList<Comparison> comparisonsFor(const Options &o)
     const QString L = QString::number(o.largest());
     QList<Comparison> comparisons;
     const QString instr = QStringLiteral("instr");
+    // The targets are set for the set of 1000: a smaller largest set (the smoke)
+    // shows its ratios without judging them.
+    const bool judged = o.largest() >= 1000;
+    const auto at1000 = [judged](double target) { return judged ? target : 0.0; };
     // The framework against what any loader of the libraries must do.
     comparisons << Comparison{QStringLiteral("init_start_%1_vs_floor").arg(L),
                               {QStringLiteral("es_") + L, QStringLiteral("init_start_ms")},
                               {QStringLiteral("floor_") + L, QStringLiteral("load_ms")},
-                              1.3};
+                              at1000(1.3)};
     comparisons << Comparison{QStringLiteral("init_start_%1_vs_floor").arg(L),
                               {QStringLiteral("es_%1@instr").arg(L), instr},
                               {QStringLiteral("floor_%1@instr").arg(L), instr},
-                              1.2,
+                              at1000(1.2),
                               instr};
     // What the timeline's recording costs, which is always on.
     comparisons << Comparison{QStringLiteral("timeline_%1_vs_off").arg(L),
                               {QStringLiteral("es_") + L, QStringLiteral("init_start_ms")},
                               {QStringLiteral("untimed_") + L, QStringLiteral("init_start_ms")},
-                              1.02};
+                              at1000(1.02)};
     comparisons << Comparison{QStringLiteral("timeline_%1_vs_off").arg(L),
                               {QStringLiteral("es_%1@instr").arg(L), instr},
                               {QStringLiteral("untimed_%1@instr").arg(L), instr},
-                              1.02,
+                              at1000(1.02),
                               instr};
     // The store against its own SQL run bare: a warm start, and a start with
     // points and no extension files.
     comparisons << Comparison{QStringLiteral("store_warm_%1_vs_sql").arg(L),
                               {QStringLiteral("warm_%1@instr").arg(L), instr},
                               {QStringLiteral("sqlwarm_%1@instr").arg(L), instr},
-                              1.1,
+                              at1000(1.1),
                               instr};
     comparisons << Comparison{QStringLiteral("store_points_%1_vs_sql").arg(L),
                               {QStringLiteral("points_%1@instr").arg(L), instr},
                               {QStringLiteral("sqlpoints_%1@instr").arg(L), instr},
-                              1.1,
+                              at1000(1.1),
                               instr};
     // Shown: the README explains why these cannot reach 1.0 and 1.15.
     if (o.peer) {
@@ -495,7 +499,7 @@ QList<Comparison> comparisonsFor(const Options &o)
     comparisons << Comparison{QStringLiteral("cold_%1_vs_warm").arg(L),
                               {QStringLiteral("cold_") + L, QStringLiteral("ready_ms")},
                               {QStringLiteral("warm_") + L, QStringLiteral("ready_ms")},
-                              3.0};
+                              at1000(3.0)};
     for (int listeners : {1, 10, 100}) {
         comparisons << Comparison{QStringLiteral("publish_%1_vs_plain").arg(listeners),
                                   {QStringLiteral("events_%1_fw").arg(listeners), QStringLiteral("publish_ns")},
@@ -512,7 +516,7 @@ QList<Comparison> comparisonsFor(const Options &o)
         comparisons << Comparison{QStringLiteral("per_plugin_%1_vs_%2").arg(L, P),
                                   {QStringLiteral("es_") + L, QStringLiteral("init_start_ms"), double(o.largest())},
                                   {QStringLiteral("es_") + P, QStringLiteral("init_start_ms"), double(previous)},
-                                  1.3};
+                                  at1000(1.3)};
         comparisons << Comparison{QStringLiteral("floor_per_plugin_%1_vs_%2").arg(L, P),
                                   {QStringLiteral("floor_") + L, QStringLiteral("load_ms"), double(o.largest())},
                                   {QStringLiteral("floor_") + P, QStringLiteral("load_ms"), double(previous)},
