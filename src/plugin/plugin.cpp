@@ -35,9 +35,10 @@ PluginPrivate::PluginPrivate(const QFileInfo &file, PluginFrameworkContext *cont
     , pluginContext(nullptr)
     , metaData(nullptr)
 {
-    TimelineRecorder *timeline = context ? context->timeline.data() : nullptr;
+    TimelineRecorder *timeline = this->timeline();
+    const QString path = file.absoluteFilePath();
     // The plug-in's name is known only once its metadata is read.
-    TimelineRecorder::Span loading(timeline, Timeline::LibraryLoad, file.baseName(), file.absoluteFilePath());
+    TimelineRecorder::Span loading(timeline, Timeline::LibraryLoad, file.baseName(), path);
     loader.setLoadHints(PluginResolver::libraryLoadHints());
     if (!loader.load() && !loader.isLoaded()) {
         error = Plugin::LoadError;
@@ -62,7 +63,7 @@ PluginPrivate::PluginPrivate(const QFileInfo &file, PluginFrameworkContext *cont
         const qint64 read = timeline->now();
         loading.setName(name);
         loading.setEnd(loaded);
-        timeline->record(Timeline::MetaDataRead, name, file.absoluteFilePath(), loaded, read);
+        timeline->record(Timeline::MetaDataRead, name, path, loaded, read);
     }
     if (metaData->isValid()) {
         valid = true;
@@ -84,6 +85,11 @@ void PluginPrivate::handleError(int error, const QString &errorString)
     this->error = error;
     this->errorString = errorString;
     emit q->errorOccured(error, errorString);
+}
+
+TimelineRecorder *PluginPrivate::timeline() const
+{
+    return context ? context->timeline.data() : nullptr;
 }
 
 void PluginPrivate::clearError()
@@ -224,8 +230,7 @@ void Plugin::start()
     }
 
     setState(PluginInfo::Starting);
-    TimelineRecorder::Span span(d->context ? d->context->timeline.data() : nullptr, Timeline::ActivatorStart,
-                                symbolic(), d->fileInfo.absoluteFilePath());
+    TimelineRecorder::Span span(d->timeline(), Timeline::ActivatorStart, symbolic(), d->fileInfo.absoluteFilePath());
     const QString translation =
             QStringLiteral("%1/languages/%2.qm").arg(d->fileInfo.absolutePath(), QLocale::system().name());
     // Empty, not null: null arguments would make QTranslator try other names too.
@@ -257,8 +262,8 @@ void Plugin::stop()
 
     setState(PluginInfo::Stopping);
     {
-        const TimelineRecorder::Span span(d->context ? d->context->timeline.data() : nullptr, Timeline::ActivatorStop,
-                                          symbolic(), d->fileInfo.absoluteFilePath());
+        const TimelineRecorder::Span span(d->timeline(), Timeline::ActivatorStop, symbolic(),
+                                          d->fileInfo.absoluteFilePath());
         d->activator->stop(d->pluginContext);
     }
     QCoreApplication::removeTranslator(&d->translator);

@@ -17,6 +17,8 @@ class IPluginActivator;
 
 namespace Internal {
 
+class TimelineRecorder;
+
 class PluginPrivate : public QObjectPrivate, public IObjectNotifier
 {
     ES_DECLARE_PUBLIC(Plugin)
@@ -26,6 +28,8 @@ public:
 
     void handleError(int error, const QString &errorString);
     void clearError();
+    // Where the plug-in's phases are recorded; null without a framework.
+    TimelineRecorder *timeline() const;
 
     QPluginLoader loader;
     QFileInfo fileInfo;
