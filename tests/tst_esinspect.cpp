@@ -3,6 +3,9 @@
 // it says about each plug-in, the load queue, the graph, the extension store,
 // and that it leaves every file as it found it.
 
+#include "testsupport.h"
+
+#include <plugin/pluginmanager.h>
 #include <plugin/pluginresolver.h>
 
 #include <QtCore/QDateTime>
@@ -125,6 +128,7 @@ private slots:
     void dotGraph();
     void extensionStore();
     void usage();
+    void namelessLibrariesReadAlike();
 
 private:
     QString app(const QString &name) const { return m_root.path() + QLatin1Char('/') + name; }
@@ -269,7 +273,8 @@ void tst_EsInspect::reasons_data()
         {"library fails to load: %unresolved.function", "es_function_that_no_library_defines"});
     // A blank dependency line does not let a nameless plug-in in.
     row("missing", "ns/meta.nosymbolic" ES_TEST_LIBRARY_SUFFIX, false,
-        {"status:         does not resolve", "META.INF at :/meta.nosymbolic/META-DATA/META.INF names no symbolic"});
+        {"status:         unusable library, never starts",
+         "META.INF at :/meta.nosymbolic/META-DATA/META.INF names no symbolic"});
 
     row("whitelist", "starter/starter" ES_TEST_LIBRARY_SUFFIX, true,
         {"policy:         enable", "position 1 in the load queue"});
@@ -414,6 +419,72 @@ void tst_EsInspect::usage()
     QVERIFY(unchosen.out.contains(QStringLiteral("Configuration: none chosen")));
     QVERIFY(block(unchosen.out, QStringLiteral("plugins/12_t/translated" ES_TEST_LIBRARY_SUFFIX))
                     .contains(QStringLiteral("status:         resolved")));
+}
+
+void tst_EsInspect::namelessLibrariesReadAlike()
+{
+    using namespace ExtensionSystem;
+    // Libraries without a usable name: no symbolic and no dependency line, no
+    // symbolic with an empty and with a non-empty dependency line, no META.INF.
+    const QList<QPair<QString, PluginProblem::Reason>> nameless{
+            {QStringLiteral("meta.empty"), PluginProblem::InvalidMetaFile},
+            {QStringLiteral("meta.nosymbolic"), PluginProblem::InvalidMetaFile},
+            {QStringLiteral("meta.nosymbolic.needs"), PluginProblem::InvalidMetaFile},
+            {QStringLiteral("no.metadata"), PluginProblem::NoMetaFile}};
+    QHash<QString, QString> firstReasons;
+    // In both scan orders the first library is entered under the empty name and
+    // the others are refused as duplicates of it: that must change no first line.
+    for (const bool reversed : {false, true}) {
+        TestSupport::resetApplicationDirectory();
+        QHash<QString, QString> files;
+        for (int i = 0; i < nameless.size(); ++i) {
+            const QString name = nameless.at(i).first;
+            const QString path = TestSupport::deployPlugin(
+                    name, QStringLiteral("%1_%2").arg(reversed ? nameless.size() - i : i + 1).arg(name));
+            files.insert(name, QDir(TestSupport::appDir()).relativeFilePath(path));
+        }
+        QHash<QString, QList<PluginProblem>> problems;
+        {
+            PluginFramework framework;
+            framework.init();
+            const auto *manager = framework.findChild<PluginManager *>();
+            for (const auto &library : nameless)
+                problems.insert(library.first, manager->problems(library.first));
+        }
+        const Run run = inspect(TestSupport::appDir(), {TestSupport::appDir()});
+        QCOMPARE(run.exitCode, 1);
+
+        const QString firstInScan = reversed ? nameless.last().first : nameless.first().first;
+        for (const auto &library : nameless) {
+            const QString &name = library.first;
+            const QList<PluginProblem> found = problems.value(name);
+            QVERIFY2(!found.isEmpty(), qPrintable(name));
+            QCOMPARE(found.first().reason(), library.second);
+            QCOMPARE(found.first().plugin(), name);
+
+            const QString text = block(run.out, files.value(name));
+            QVERIFY2(text.contains(QStringLiteral("status:         unusable library, never starts")), qPrintable(text));
+            QStringList why;
+            const QStringList lines = text.split(QLatin1Char('\n'));
+            for (const QString &line : lines) {
+                if (line.startsWith(QStringLiteral("  why:")))
+                    why << line.mid(18);
+            }
+            QCOMPARE(why.size(), found.size());
+            QCOMPARE(why.first(), found.first().text());
+            // The refusal, where it happened, is a further line in both places.
+            QCOMPARE(found.size(), name == firstInScan ? 1 : 2);
+            if (name != firstInScan) {
+                QCOMPARE(found.last().reason(), PluginProblem::DuplicateName);
+                QVERIFY2(why.last().startsWith(QStringLiteral("same symbolic name (no name) as plugins/")),
+                         qPrintable(why.last()));
+            }
+            if (reversed)
+                QCOMPARE(found.first().text(), firstReasons.value(name));
+            firstReasons.insert(name, found.first().text());
+        }
+    }
+    TestSupport::resetApplicationDirectory();
 }
 
 QTEST_GUILESS_MAIN(tst_EsInspect)

@@ -148,11 +148,16 @@ void tst_PluginLoading::unloadableAndNamelessLibrariesNeverStart()
     QCOMPARE(unloadable.size(), 1);
     QCOMPARE(unloadable.first().reason(), PluginProblem::LoadFailed);
     QVERIFY(unloadable.first().detail().contains(QStringLiteral("es_function_that_no_library_defines")));
+    // Its own defect first; that the first one's base name pushed it out comes second.
     const QList<PluginProblem> data = manager->problems(QStringLiteral("unresolved.data"));
-    QCOMPARE(data.size(), 1);
+    QCOMPARE(data.size(), 2);
     QCOMPARE(data.first().reason(), PluginProblem::LoadFailed);
+    QCOMPARE(data.first().plugin(), QStringLiteral("unresolved.data"));
     QVERIFY(data.first().text().startsWith(QStringLiteral("library fails to load: ")));
     QVERIFY(data.first().detail().contains(QStringLiteral("es_data_that_no_library_defines")));
+    QCOMPARE(data.last().reason(), PluginProblem::DuplicateName);
+    QCOMPARE(data.last().detail(),
+             pluginsDir() + QStringLiteral("/2_function/unresolved.function" ES_TEST_LIBRARY_SUFFIX));
     const QList<PluginProblem> invalid = manager->problems(QStringLiteral("meta.nosymbolic"));
     QCOMPARE(invalid.size(), 1);
     QCOMPARE(invalid.first().reason(), PluginProblem::InvalidMetaFile);
@@ -168,7 +173,7 @@ void tst_PluginLoading::problemsNameTheReasonAndWhatItConcerns()
     deployPlugin(QStringLiteral("wrong.version"), QStringLiteral("4_w"));
     deployPlugin(QStringLiteral("self.dependency"), QStringLiteral("5_self"));
     deployPlugin(QStringLiteral("translated"), QStringLiteral("6_t"));
-    writeFile(configFile(), "[PluginManager]\nloadEnabledPluginOnly=true\n[Plugin]\nchain.a=disable\n"
+    writeFile(configFile(), "[PluginManager]\nloadEnabledPluginOnly=true\n[Plugin]\nchain.a=\" Disable \"\n"
                             "chain.b=enable\nchain.c=enable\nself.dependency=enable\ntranslated=enable\n");
 
     PluginFramework framework;
@@ -180,7 +185,9 @@ void tst_PluginLoading::problemsNameTheReasonAndWhatItConcerns()
         return problems.size() == 1 ? problems.first() : PluginProblem();
     };
     QCOMPARE(first("chain.a").reason(), PluginProblem::Blacklisted);
-    QCOMPARE(first("chain.a").text(), QStringLiteral("blacklisted: config.ini sets Plugin/chain.a to \"disable\""));
+    // The value as written, so that the user finds the line.
+    QCOMPARE(first("chain.a").detail(), QStringLiteral(" Disable "));
+    QCOMPARE(first("chain.a").text(), QStringLiteral("blacklisted: config.ini sets Plugin/chain.a to \" Disable \""));
     QCOMPARE(first("wrong.version").reason(), PluginProblem::NotWhitelisted);
 
     const PluginProblem missing = first("chain.b");

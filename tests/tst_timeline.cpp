@@ -78,6 +78,7 @@ private slots:
 
     void phasesOfAWholeRun();
     void traceAndTable();
+    void librariesWithoutANameGoByTheirFile();
     void extensionFilesReadyOncePerScan();
     void rescanOfTheWatchedDirectory();
     void editedTitleReachesThePointInTheSameRun();
@@ -270,6 +271,43 @@ void tst_Timeline::traceAndTable()
     QCOMPARE(rows, QSet<QString>(plugins.cbegin(), plugins.cend()));
     QVERIFY(lines.last().contains(QStringLiteral("framework: init")));
     QVERIFY(Timeline().profileTable().startsWith(QStringLiteral("plug-in")));
+}
+
+void tst_Timeline::librariesWithoutANameGoByTheirFile()
+{
+    // Two nameless libraries (the second one refused as a duplicate of the first)
+    // and one that does not load: every entry, row and trace event has a name.
+    const QStringList libraries{"meta.nosymbolic", "no.metadata", "not.qtplugin"};
+    for (const QString &library : libraries)
+        deployPlugin(library);
+    deployPlugin(QStringLiteral("chain.a"));
+    PluginFramework framework;
+    framework.init();
+    framework.start();
+    const Timeline timeline = framework.timeline();
+
+    const Entries all = timeline.entries();
+    for (const Timeline::Entry &entry : all) {
+        // The framework's own phases concern no file and no one.
+        QCOMPARE(entry.name.isEmpty(), entry.file.isEmpty());
+    }
+    for (const QString &library : libraries) {
+        QVERIFY2(!entriesOf(timeline, Timeline::LibraryLoad, library).isEmpty(), qPrintable(library));
+        QVERIFY2(timeline.toTraceJson().contains(QStringLiteral("\"load %1\"").arg(library).toUtf8()),
+                 qPrintable(library));
+    }
+    // Entered into the load queue under the empty name, reported under its file's.
+    QCOMPARE(entriesOf(timeline, Timeline::LoadQueue, QStringLiteral("meta.nosymbolic")).size(), 1);
+    QVERIFY(timeline.toTraceJson().contains("\"queue meta.nosymbolic\""));
+    QCOMPARE(entriesOf(timeline, Timeline::LoadQueue, QStringLiteral("not.qtplugin")).size(), 1);
+
+    const QStringList lines = timeline.profileTable().split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    QSet<QString> rows;
+    for (const QString &line : lines.mid(1, lines.size() - 2)) {
+        QVERIFY2(!line.startsWith(QLatin1Char(' ')), qPrintable(line));
+        rows << line.section(QLatin1Char(' '), 0, 0);
+    }
+    QCOMPARE(rows, QSet<QString>({"meta.nosymbolic", "no.metadata", "not.qtplugin", "chain.a"}));
 }
 
 void tst_Timeline::extensionFilesReadyOncePerScan()

@@ -110,8 +110,13 @@ void PluginFrameworkConfig::setWatchPluginsDirectory(bool on)
 
 PluginFrameworkConfig::StartupPolicy PluginFrameworkConfig::pluginStartupPolicy(const QString &symbolic) const
 {
+    return policyOf(pluginStartupPolicyText(symbolic));
+}
+
+QString PluginFrameworkConfig::pluginStartupPolicyText(const QString &symbolic) const
+{
     Q_D(const PluginFrameworkConfig);
-    return policyOf(d->settings->value(PLUGIN_POLICY_KEY.arg(symbolic), QVariant()).toString());
+    return d->settings->value(PLUGIN_POLICY_KEY.arg(symbolic)).toString();
 }
 
 QString PluginFrameworkConfig::policyName(StartupPolicy policy)

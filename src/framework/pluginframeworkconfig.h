@@ -124,6 +124,14 @@ public:
     */
     StartupPolicy pluginStartupPolicy(const QString &symbolic) const;
     /*!
+        Returns the text written for \a symbolic under "Plugin/\<symbolic\>"
+        exactly as it stands, neither trimmed nor case-folded, or an empty string
+        when there is no entry. Reports quote it, so that a user finds the line.
+
+        \since 1.1
+    */
+    QString pluginStartupPolicyText(const QString &symbolic) const;
+    /*!
         Writes \a policy for \a symbolic as its word and syncs the file.
         PolicyUndefine removes the entry instead, without a sync: the removal
         reaches the disk with the next flush.

@@ -38,7 +38,7 @@ PluginPrivate::PluginPrivate(const QFileInfo &file, PluginFrameworkContext *cont
     TimelineRecorder *timeline = this->timeline();
     const QString path = file.absoluteFilePath();
     // The plug-in's name is known only once its metadata is read.
-    TimelineRecorder::Span loading(timeline, Timeline::LibraryLoad, file.baseName(), path);
+    TimelineRecorder::Span loading(timeline, Timeline::LibraryLoad, PluginResolver::libraryName(file, nullptr), path);
     loader.setLoadHints(PluginResolver::libraryLoadHints());
     if (!loader.load() && !loader.isLoaded()) {
         error = Plugin::LoadError;
@@ -59,7 +59,7 @@ PluginPrivate::PluginPrivate(const QFileInfo &file, PluginFrameworkContext *cont
     const QString base = loader.fileName().section(QLatin1Char('/'), -1, -1).section(QLatin1Char('.'), 0, -2);
     metaData = new PluginMetaData(PluginConstance::PLUGIN_METAFILE.arg(base));
     if (timeline && timeline->isEnabled()) {
-        const QString name = metaData->symbolic().isEmpty() ? file.baseName() : metaData->symbolic();
+        const QString name = PluginResolver::libraryName(file, metaData);
         const qint64 read = timeline->now();
         loading.setName(name);
         loading.setEnd(loaded);
@@ -143,6 +143,12 @@ QString Plugin::version() const
 {
     Q_D(const Plugin);
     return d->metaData ? d->metaData->version() : QString();
+}
+
+QString Plugin::reportName() const
+{
+    Q_D(const Plugin);
+    return PluginResolver::libraryName(d->fileInfo, d->metaData);
 }
 
 QString Plugin::loaderErrorString() const

@@ -46,6 +46,9 @@ public:
     QString errorString() const;
     QString symbolic() const;
     QString version() const;
+    // The name reports use: symbolic(), or the file's base name when the
+    // library has no usable symbolic name.
+    QString reportName() const;
     // What the library loader said about this library; meaningful when it did not load.
     QString loaderErrorString() const;
     QDir location() const;

@@ -117,12 +117,8 @@ bool PluginManagerPrivate::installFile(const QFileInfo &fileinfo)
     if (plugins.value(symbolic)) {
         handleError(PluginManager::SymbolicTakenError,
                     QObject::tr("Exists the same symbolic, symbolic: %1").arg(symbolic));
-        PluginProblem reason = PluginResolver::libraryProblem(fileinfo.completeBaseName(), plugin->metaData(),
-                                                              plugin->loaderErrorString());
-        if (!reason.isProblem())
-            reason = PluginProblem(PluginProblem::DuplicateName, symbolic,
-                                   plugins.value(symbolic)->fileInfo().filePath());
-        refuse(plugin, reason);
+        refuse(plugin,
+               PluginProblem(PluginProblem::DuplicateName, symbolic, plugins.value(symbolic)->fileInfo().filePath()));
         plugin->deleteLater();
         return false;
     }
@@ -137,7 +133,8 @@ bool PluginManagerPrivate::installFile(const QFileInfo &fileinfo)
     if (policy == PluginFrameworkConfig::PolicyDisable) {
         handleError(PluginManager::BlacklistedError,
                     QObject::tr("Plugin: '%1' in the blacklist, cannot install it!").arg(symbolic));
-        refuse(plugin, PluginProblem(PluginProblem::Blacklisted, symbolic));
+        refuse(plugin,
+               PluginProblem(PluginProblem::Blacklisted, symbolic, context->config->pluginStartupPolicyText(symbolic)));
         plugin->deleteLater();
         return false;
     }
@@ -156,7 +153,7 @@ bool PluginManagerPrivate::installFile(const QFileInfo &fileinfo)
     plugins.insert(symbolic, plugin);
     refusals.remove(symbolic);
     {
-        const TimelineRecorder::Span span(context->timeline.data(), Timeline::LoadQueue, symbolic,
+        const TimelineRecorder::Span span(context->timeline.data(), Timeline::LoadQueue, plugin->reportName(),
                                           fileinfo.absoluteFilePath());
         loadQueue->add(symbolic);
     }
@@ -170,13 +167,15 @@ bool PluginManagerPrivate::installFile(const QFileInfo &fileinfo)
 
 void PluginManagerPrivate::refuse(Plugin *plugin, const PluginProblem &reason)
 {
+    const QList<PluginProblem> reasons = PluginResolver::libraryProblems(plugin->fileInfo(), plugin->metaData(),
+                                                                         plugin->loaderErrorString(), reason);
     // A duplicate's name belongs to the plug-in that holds it; the file is known by its base name.
     QStringList keys{plugin->fileInfo().completeBaseName(), plugin->fileInfo().baseName()};
     if (reason.reason() != PluginProblem::DuplicateName)
         keys.prepend(plugin->symbolic());
     for (const QString &key : qAsConst(keys)) {
         if (!key.isEmpty() && !refusals.contains(key))
-            refusals.insert(key, reason);
+            refusals.insert(key, reasons);
     }
 }
 
@@ -215,7 +214,9 @@ QStringList PluginManagerPrivate::memberNames() const
 
 PluginProblem PluginManagerPrivate::memberRefusal(const QString &symbolic) const
 {
-    return refusals.value(symbolic);
+    // The refusal itself: it comes after whatever was wrong with the file.
+    const QList<PluginProblem> reasons = refusals.value(symbolic);
+    return reasons.isEmpty() ? PluginProblem() : reasons.last();
 }
 
 void PluginManagerPrivate::pluginStateChanaged(const QString &symbolic, int from, int to)
@@ -388,12 +389,12 @@ QList<PluginProblem> PluginManager::problems(const QString &name) const
     if (!plugin)
         plugin = d->findByBaseName(name);
     if (!plugin)
-        return {d->refusals.value(name, PluginProblem(PluginProblem::UnknownPlugin, name))};
+        return d->refusals.value(name, {PluginProblem(PluginProblem::UnknownPlugin, name)});
 
-    const PluginProblem fileProblem =
-            PluginResolver::libraryProblem(name, plugin->metaData(), plugin->loaderErrorString());
-    if (fileProblem.isProblem())
-        return {fileProblem};
+    const QList<PluginProblem> fileProblems =
+            PluginResolver::libraryProblems(plugin->fileInfo(), plugin->metaData(), plugin->loaderErrorString());
+    if (!fileProblems.isEmpty())
+        return fileProblems;
     switch (plugin->state()) {
     case PluginInfo::Installed: {
         const QList<PluginProblem> found = d->loadQueue->problems(plugin->symbolic());

@@ -150,7 +150,8 @@ public:
         For a name that is not installed, the reason it was refused at
         installation (black or white list, duplicate name, ...), or
         PluginProblem::UnknownPlugin. For a library that did not load or has no
-        usable META.INF, that one problem. For an installed plug-in, why it does
+        usable META.INF, that problem first (see PluginResolver::libraryProblems()),
+        followed by its refusal when a file scanned before it took its name. For an installed plug-in, why it does
         not resolve (missing or incompatible dependency, cycle, ...); for a
         resolved one, PluginProblem::NoActivator or PluginProblem::NotStarted.
     */

@@ -53,9 +53,10 @@ public:
     QMap<QString, PluginInfo> pluginInfos;
     int pluginCount;
     QFileSystemWatcher *watcher;
-    // Why a library was refused at installation: by symbolic name, and by its
-    // file's base name when the name itself says nothing.
-    QHash<QString, PluginProblem> refusals;
+    // Why a library was refused at installation, what was wrong with the file
+    // first: by symbolic name, and by its file's base name when the name itself
+    // says nothing.
+    QHash<QString, QList<PluginProblem>> refusals;
 };
 
 } // namespace Internal

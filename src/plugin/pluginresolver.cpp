@@ -54,6 +54,27 @@ PluginProblem PluginResolver::libraryProblem(const QString &name, const PluginMe
     return PluginProblem(PluginProblem::InvalidMetaFile, name, metaData->filepath());
 }
 
+QString PluginResolver::libraryName(const QFileInfo &file, const PluginMetaData *metaData)
+{
+    if (metaData && metaData->isValid())
+        return metaData->symbolic();
+    // The whole name up to the suffix, as the metadata resource path takes it:
+    // "meta.empty" rather than "meta", which many files could share.
+    return file.completeBaseName();
+}
+
+QList<PluginProblem> PluginResolver::libraryProblems(const QFileInfo &file, const PluginMetaData *metaData,
+                                                     const QString &loaderError, const PluginProblem &refusal)
+{
+    QList<PluginProblem> problems;
+    const PluginProblem own = libraryProblem(libraryName(file, metaData), metaData, loaderError);
+    if (own.isProblem())
+        problems << own;
+    if (refusal.isProblem())
+        problems << refusal;
+    return problems;
+}
+
 void PluginResolver::install(const QString &name, PluginMetaData *metaData, const QString &loaderError)
 {
     if (d->installed.contains(name))

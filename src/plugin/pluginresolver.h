@@ -6,6 +6,7 @@
 
 #include "pluginproblem.h"
 
+#include <QtCore/QFileInfo>
 #include <QtCore/QLibrary>
 #include <QtCore/QList>
 #include <QtCore/QScopedPointer>
@@ -64,6 +65,32 @@ public:
     */
     static PluginProblem libraryProblem(const QString &name, const PluginMetaData *metaData,
                                         const QString &loaderError);
+
+    /*!
+        Returns the name a library is reported under: its symbolic name, or,
+        when it has none that can be used (the library did not load, or its
+        META.INF is missing or names no one), the name of \a file without its
+        suffix (QFileInfo::completeBaseName()). \a metaData is null when the
+        library did not load.
+
+        \since 1.1
+    */
+    static QString libraryName(const QFileInfo &file, const PluginMetaData *metaData);
+
+    /*!
+        Says why the library \a file is not running as far as the file itself
+        and its installation tell: first what is wrong with the library (see
+        libraryProblem(), with \a metaData and \a loaderError), then \a refusal,
+        the reason installation refused it, when it was refused (a duplicate
+        name, the black or white list). Empty for a readable library that was not
+        refused. The order of the directory scan changes the refusal, never the
+        first reason. Both PluginManager::problems() and es-inspect give these.
+
+        \since 1.1
+    */
+    static QList<PluginProblem> libraryProblems(const QFileInfo &file, const PluginMetaData *metaData,
+                                                const QString &loaderError,
+                                                const PluginProblem &refusal = PluginProblem());
 
     /*!
         Installs a plug-in under \a name, its symbolic name, or under its

@@ -148,6 +148,7 @@ void Inspector::load(PluginRecord &record)
     if (!root) {
         record.loadError = loader.errorString();
         record.symbolic = QFileInfo(record.filePath).baseName();
+        record.name = PluginResolver::libraryName(QFileInfo(record.filePath), nullptr);
         return;
     }
     // qt_metacast only asks; the activator is never called.
@@ -157,6 +158,7 @@ void Inspector::load(PluginRecord &record)
     record.resourcePath = PluginConstance::PLUGIN_METAFILE.arg(base);
     record.metaData = std::make_shared<PluginMetaData>(record.resourcePath);
     record.symbolic = record.metaData->symbolic();
+    record.name = PluginResolver::libraryName(QFileInfo(record.filePath), record.metaData.get());
     if (record.metaData->error() == PluginMetaData::OpenError) {
         QSet<QString> brought = metaResources() - before;
         brought.remove(record.resourcePath);
@@ -195,27 +197,20 @@ void Inspector::install(int index)
 
 void Inspector::explain(PluginRecord &record)
 {
-    // What is wrong with the file itself comes first: the framework meets it on loading.
-    const PluginProblem fileProblem =
-            PluginResolver::libraryProblem(record.symbolic, record.metaData.get(), record.loadError);
-    if (fileProblem.isProblem()) {
-        record.problem = fileProblem.reason();
-        QString text = fileProblem.text();
-        if (!record.foreignResources.isEmpty())
+    // What is wrong with the file itself comes first, as the framework says it,
+    // then why installation refused it; only a sound, installed file waits for others.
+    QList<PluginProblem> problems = PluginResolver::libraryProblems(QFileInfo(record.filePath), record.metaData.get(),
+                                                                    record.loadError, record.refusalReason);
+    if (problems.isEmpty() && !record.resolves())
+        problems = m_resolver.problems(record.symbolic);
+    if (problems.isEmpty())
+        return;
+    record.problem = problems.first().reason();
+    for (const PluginProblem &problem : qAsConst(problems)) {
+        QString text = problem.text();
+        if (problem.reason() == PluginProblem::NoMetaFile && !record.foreignResources.isEmpty())
             text += QObject::tr(" (this one carries %1: was the file renamed?)")
                             .arg(record.foreignResources.join(QStringLiteral(", ")));
         record.reasons << text;
     }
-    if (record.refusal != PluginRecord::NotRefused) {
-        record.reasons << record.refusalReason.text();
-        return;
-    }
-    if (record.problem != PluginProblem::NoProblem || record.resolves())
-        return;
-
-    const QList<PluginProblem> problems = m_resolver.problems(record.symbolic);
-    for (const PluginProblem &problem : problems)
-        record.reasons << problem.text();
-    if (!problems.isEmpty())
-        record.problem = problems.first().reason();
 }

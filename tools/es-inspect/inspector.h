@@ -30,6 +30,7 @@ struct PluginRecord
     bool activator = false;
     std::shared_ptr<ExtensionSystem::PluginMetaData> metaData; // null when the library did not load
     QString symbolic; // the name the framework files the plug-in under
+    QString name; // the name reports use: symbolic, or the file's base name without a usable one
     int policy = 0;
     Refusal refusal = NotRefused;
     QString duplicateOf; // relative path of the file that kept the name
@@ -40,6 +41,13 @@ struct PluginRecord
     QStringList reasons; // why it does not resolve, in plain words
 
     bool resolves() const { return queuePosition >= 0; }
+    // The library itself is at fault, whatever the scan met before it.
+    bool unusable() const
+    {
+        return problem == ExtensionSystem::PluginProblem::LoadFailed
+               || problem == ExtensionSystem::PluginProblem::NoMetaFile
+               || problem == ExtensionSystem::PluginProblem::InvalidMetaFile;
+    }
 };
 
 // Scans an application directory the way the framework does, computes the load

@@ -51,11 +51,15 @@ QString policyText(int policy)
     return PluginFrameworkConfig::policyName(PluginFrameworkConfig::StartupPolicy(policy));
 }
 
+QString problemWord(PluginProblem::Reason problem);
+
 // Short status words for a graph node, and its colour.
 QString statusWord(const PluginRecord &record)
 {
     if (record.resolves())
         return QObject::tr("resolved #%1").arg(record.queuePosition + 1);
+    if (record.unusable())
+        return problemWord(record.problem);
     switch (record.refusal) {
     case PluginRecord::Duplicate:
         return QObject::tr("duplicate name");
@@ -66,7 +70,12 @@ QString statusWord(const PluginRecord &record)
     case PluginRecord::NotRefused:
         break;
     }
-    switch (record.problem) {
+    return problemWord(record.problem);
+}
+
+QString problemWord(PluginProblem::Reason problem)
+{
+    switch (problem) {
     case PluginProblem::LoadFailed:
         return QObject::tr("fails to load");
     case PluginProblem::NoMetaFile:
@@ -94,17 +103,12 @@ QString statusColour(const PluginRecord &record)
 {
     if (record.resolves())
         return QStringLiteral("palegreen");
+    // A broken file is orange, a refused one grey, a sound one that waits in vain pink.
+    if (record.unusable())
+        return QStringLiteral("orange");
     if (record.refusal != PluginRecord::NotRefused)
         return QStringLiteral("lightgrey");
-    // A broken file is orange, a sound one that waits in vain is pink.
-    switch (record.problem) {
-    case PluginProblem::LoadFailed:
-    case PluginProblem::NoMetaFile:
-    case PluginProblem::InvalidMetaFile:
-        return QStringLiteral("orange");
-    default:
-        return QStringLiteral("lightpink");
-    }
+    return QStringLiteral("lightpink");
 }
 
 QString quoted(QString text)
@@ -164,6 +168,8 @@ void Report::writeText(QTextStream &out) const
         if (record.resolves())
             line(QObject::tr("status"),
                  QObject::tr("resolved, position %1 in the load queue").arg(record.queuePosition + 1));
+        else if (record.unusable())
+            line(QObject::tr("status"), QObject::tr("unusable library, never starts"));
         else if (record.refusal != PluginRecord::NotRefused)
             line(QObject::tr("status"), QObject::tr("not installed"));
         else
@@ -171,7 +177,7 @@ void Report::writeText(QTextStream &out) const
         for (const QString &reason : record.reasons)
             line(QObject::tr("why"), reason);
         if (record.metaData && !record.activator) {
-            line(QObject::tr("note"), PluginProblem(PluginProblem::NoActivator, record.symbolic).text());
+            line(QObject::tr("note"), PluginProblem(PluginProblem::NoActivator, record.name).text());
         }
         out << '\n';
     }
