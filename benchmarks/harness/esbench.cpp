@@ -5,7 +5,7 @@
 //
 //     es-bench floor                       QPluginLoader over queue.txt
 //     es-bench es <plugins> <services> <items> [--points] [--write-queue] [--record-sql <file>]
-//                 [--no-timeline]
+//                 [--no-timeline] [--no-journal] [--watchdog <ms>]
 //     es-bench sql <file> <store>          the recorded SQL texts, replayed on a copy of <store>
 //     es-bench events <listeners> fw|plain
 //     es-bench lookup fw|plain
@@ -80,10 +80,21 @@ Q_NEVER_INLINE void es_bench_floor_load(const QStringList &paths, FloorLoad &res
     }
 }
 
-Q_NEVER_INLINE PluginFramework *es_bench_init_start(const QElapsedTimer &timer, double &initMs, bool timeline)
+// What a framework case turns on or off, to measure what each costs.
+struct Switches
+{
+    bool timeline = true;
+    bool journal = true;
+    int watchdog = 0;
+};
+
+Q_NEVER_INLINE PluginFramework *es_bench_init_start(const QElapsedTimer &timer, double &initMs,
+                                                    const Switches &switches)
 {
     auto *framework = new PluginFramework;
-    framework->setTimelineRecording(timeline);
+    framework->setTimelineRecording(switches.timeline);
+    framework->setStartJournalEnabled(switches.journal);
+    framework->setHangWatchdog(switches.watchdog);
     framework->init();
     initMs = bench::millisecondsSince(timer);
     framework->start();
@@ -177,14 +188,14 @@ int itemsMade()
 
 // init() and start(), then the event loop until every point holds its data and
 // everything the framework queued during init() has run.
-int runFramework(int plugins, int services, int items, bool points, bool writeQueue, bool timeline)
+int runFramework(int plugins, int services, int items, bool points, bool writeQueue, const Switches &switches)
 {
     qApp->setProperty("es.bench.points", points);
     const long rssBefore = bench::peakRssKiB();
     QElapsedTimer timer;
     timer.start();
     double initMs = 0;
-    PluginFramework *framework = es_bench_init_start(timer, initMs, timeline);
+    PluginFramework *framework = es_bench_init_start(timer, initMs, switches);
     const double startMs = bench::millisecondsSince(timer) - initMs;
 
     // Posted after everything that init() queued, so it runs after all of it.
@@ -222,14 +233,21 @@ int runFramework(int plugins, int services, int items, bool points, bool writeQu
             list.write(manager->pluginInfo(symbolic).filepath().toUtf8() + '\n');
     }
 
+    // The start journal lies beside config.ini while the framework runs, if kept.
+    const QDir config(QCoreApplication::applicationDirPath() + QStringLiteral("/config/es-bench"));
+    const auto journals = [&config] { return config.entryList({QStringLiteral("*.journal")}, QDir::Files).size(); };
+    bench::check(journals() == (switches.journal ? 1 : 0), QStringLiteral("%1 start journals").arg(journals()));
+    bench::check(framework->hangWatchdog() == switches.watchdog, QStringLiteral("the watchdog is not as asked"));
+
     timer.restart();
     framework->stop();
     const double stopMs = bench::millisecondsSince(timer);
     // Recorded or not, as asked: each plug-in's load, metadata, queue, start and stop.
     const int phases = framework->timeline().entries().size();
-    bench::check(timeline ? phases >= 5 * plugins : phases == 0,
+    bench::check(switches.timeline ? phases >= 5 * plugins : phases == 0,
                  QStringLiteral("%1 phases recorded for %2 plug-ins").arg(phases).arg(plugins));
     delete framework;
+    bench::check(journals() == 0, QStringLiteral("the start journal outlived its framework"));
 
     bench::figure("init_ms", initMs);
     bench::figure("start_ms", startMs);
@@ -398,9 +416,15 @@ int main(int argc, char **argv)
         const int record = args.indexOf(QStringLiteral("--record-sql"));
         if (record > 0 && record + 1 < args.size())
             recordSql(args.at(record + 1));
+        Switches switches;
+        switches.timeline = !args.contains(QStringLiteral("--no-timeline"));
+        switches.journal = !args.contains(QStringLiteral("--no-journal"));
+        const int watchdog = args.indexOf(QStringLiteral("--watchdog"));
+        if (watchdog > 0 && watchdog + 1 < args.size())
+            switches.watchdog = args.at(watchdog + 1).toInt();
         return runFramework(args.at(2).toInt(), args.at(3).toInt(), args.at(4).toInt(),
                             args.contains(QStringLiteral("--points")), args.contains(QStringLiteral("--write-queue")),
-                            !args.contains(QStringLiteral("--no-timeline")));
+                            switches);
     }
     if (mode == QLatin1String("sql") && args.size() == 4)
         return runSql(args.at(2), args.at(3));
@@ -408,7 +432,9 @@ int main(int argc, char **argv)
         return runEvents(args.at(2).toInt(), args.at(3) == QLatin1String("fw"));
     if (mode == QLatin1String("lookup") && args.size() == 3)
         return runLookup(args.at(2) == QLatin1String("fw"));
-    bench::fail(QStringLiteral("usage: es-bench floor | es <plugins> <services> <items> [--points] [--write-queue] "
-                               "[--record-sql <file>] [--no-timeline] | sql <file> <store> | events <listeners> "
-                               "fw|plain | lookup fw|plain"));
+    bench::fail(QStringLiteral(
+            "usage: es-bench floor | es <plugins> <services> <items> [--points] [--write-queue] "
+            "[--record-sql <file>] [--no-timeline] [--no-journal] [--watchdog <ms>] | sql <file> <store> | "
+            "events <listeners> "
+            "fw|plain | lookup fw|plain"));
 }

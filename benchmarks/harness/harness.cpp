@@ -382,6 +382,14 @@ QList<Case> prepareCases(const Options &o)
         add({QStringLiteral("untimed_") + n, app + QStringLiteral("/es-bench"),
              esArgs + QStringList{QStringLiteral("0"), QStringLiteral("--no-timeline")}},
             INIT_START);
+        // Without the start journal, and with it and the hang watchdog running:
+        // what guarding the start against crashes and hangs costs.
+        add({QStringLiteral("unguarded_") + n, app + QStringLiteral("/es-bench"),
+             esArgs + QStringList{QStringLiteral("0"), QStringLiteral("--no-journal")}},
+            INIT_START);
+        add({QStringLiteral("watchdog_") + n, app + QStringLiteral("/es-bench"),
+             esArgs + QStringList{QStringLiteral("0"), QStringLiteral("--watchdog"), QStringLiteral("10000")}},
+            INIT_START);
         if (o.peer) {
             cases << Case{QStringLiteral("peer_") + n,
                           peerRunner,
@@ -473,6 +481,21 @@ QList<Comparison> comparisonsFor(const Options &o)
                               {QStringLiteral("untimed_%1@instr").arg(L), instr},
                               at1000(1.02),
                               instr};
+    // What the start journal costs, which is always on, and the journal with the
+    // hang watchdog running, which a host turns on.
+    for (const char *guarded : {"es_", "watchdog_"}) {
+        const QString name = QLatin1String(guarded) == QLatin1String("es_") ? QStringLiteral("journal_%1_vs_off")
+                                                                            : QStringLiteral("watchdog_%1_vs_off");
+        comparisons << Comparison{name.arg(L),
+                                  {QLatin1String(guarded) + L, QStringLiteral("init_start_ms")},
+                                  {QStringLiteral("unguarded_") + L, QStringLiteral("init_start_ms")},
+                                  0};
+        comparisons << Comparison{name.arg(L),
+                                  {QStringLiteral("%1%2@instr").arg(QLatin1String(guarded), L), instr},
+                                  {QStringLiteral("unguarded_%1@instr").arg(L), instr},
+                                  at1000(1.01),
+                                  instr};
+    }
     // The store against its own SQL run bare: a warm start, and a start with
     // points and no extension files.
     comparisons << Comparison{QStringLiteral("store_warm_%1_vs_sql").arg(L),
@@ -618,6 +641,12 @@ QString writeTable(const Options &o, const QList<Case> &cases, const Results &re
               QStringLiteral("ready_ms"), QStringLiteral("stop_ms")}},
             {QStringLiteral("untimed_"),
              QStringLiteral("framework, timeline not recorded"),
+             {QStringLiteral("init_start_ms"), QStringLiteral("stop_ms")}},
+            {QStringLiteral("unguarded_"),
+             QStringLiteral("framework, no start journal"),
+             {QStringLiteral("init_start_ms"), QStringLiteral("stop_ms")}},
+            {QStringLiteral("watchdog_"),
+             QStringLiteral("framework, start journal and hang watchdog (10 s)"),
              {QStringLiteral("init_start_ms"), QStringLiteral("stop_ms")}},
             {QStringLiteral("peer_"),
              QStringLiteral("KCoreAddons: findPlugins + instantiatePlugin"),

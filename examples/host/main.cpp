@@ -14,6 +14,7 @@
 #include <ExtensionSystem/PluginEvent>
 #include <ExtensionSystem/PluginFramework>
 #include <ExtensionSystem/PluginContext>
+#include <ExtensionSystem/PluginCrash>
 #include <ExtensionSystem/PluginInfo>
 #include <ExtensionSystem/PluginManager>
 #include <ExtensionSystem/PluginProblem>
@@ -50,7 +51,8 @@ void toLogFile(QtMsgType type, const QMessageLogContext &, const QString &messag
         logFile->write(message.toUtf8());
         logFile->write("\n");
     }
-    if (type != QtDebugMsg && type != QtInfoMsg)
+    // A plug-in that hangs is told on the terminal too: the user waits for it.
+    if ((type != QtDebugMsg && type != QtInfoMsg) || message.startsWith(QLatin1String("[Watchdog]")))
         QTextStream(stderr) << message << '\n';
 }
 
@@ -152,6 +154,25 @@ void printServices(ServiceManager *services)
     out().flush();
 }
 
+// A plug-in in whose loading or start() the previous run died is not loaded
+// again until it is fixed or released: the user is told which, and how.
+void printQuarantine(PluginManager *manager)
+{
+    const QList<PluginCrash> quarantined = manager->quarantinedPlugins();
+    const PluginCrash previous = manager->previousCrash();
+    if (quarantined.isEmpty() && previous.isNull())
+        return;
+    heading(QStringLiteral("Crashes"));
+    for (const PluginCrash &crash : quarantined) {
+        out() << crash.text() << '\n'
+              << "  to load it again, install a fixed build or run: es-inspect --release " << crash.plugin() << ' '
+              << QCoreApplication::applicationDirPath() << '\n';
+    }
+    if (!previous.isNull() && !previous.quarantines())
+        out() << "the previous run ended inside a plug-in's code: " << previous.text() << '\n';
+    out().flush();
+}
+
 PluginContext *contextOf(PluginFramework *framework, const QString &symbolic)
 {
     const QList<PluginContext *> contexts = framework->findChildren<PluginContext *>();
@@ -204,6 +225,8 @@ int main(int argc, char **argv)
           << "framework debug output goes to " << log.fileName() << '\n';
 
     PluginFramework framework;
+    // A start() that blocks for 10 s is named on the terminal, again every 10 s.
+    framework.setHangWatchdog(10000);
     auto *manager = framework.findChild<PluginManager *>();
     auto *services = framework.findChild<ServiceManager *>();
     const QMetaObject::Connection errorPrinter =
@@ -234,6 +257,7 @@ int main(int argc, char **argv)
                          extensionFiles.quit();
                      });
     framework.init();
+    printQuarantine(manager);
     if (framework.state() == PluginFramework::FrameworkInitialized)
         extensionFiles.exec();
     framework.start();

@@ -3,6 +3,7 @@
 #include "extensiondata_p.h"
 
 #include <framework/debugoutput_p.h>
+#include <framework/startjournal.h>
 
 #include <extension/extensionconstance.h>
 #include <extension/extensionhandler.h>
@@ -153,8 +154,11 @@ int ExtensionData::active(QGenericArgument a0, QGenericArgument a1, QGenericArgu
                           QGenericArgument a8, QGenericArgument a9)
 {
     Q_D(ExtensionData);
-    if (d->extensionHandler)
+    if (d->extensionHandler) {
+        // The handler is the supplying plug-in's own code.
+        const StartJournal::Scope journal(PluginCrash::HandlerCall, plugin(), QString());
         return d->extensionHandler->active(a0, a1, a2, a3, a4, a5, a6, a7, a8, a9);
+    }
 
     // One slot, not a queue: a later call replaces a waiting one.
     d->pendingActive = true;

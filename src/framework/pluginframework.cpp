@@ -6,6 +6,7 @@
 
 #include "pluginframeworkconfig.h"
 #include "pluginframeworkcontext.h"
+#include "startjournal.h"
 #include "timelinerecorder.h"
 
 #include <event/eventmanager.h>
@@ -188,6 +189,32 @@ void PluginFramework::setTimelineRecording(bool on)
 {
     Q_D(PluginFramework);
     d->context->timeline->setEnabled(on);
+}
+
+void PluginFramework::setStartJournalEnabled(bool on)
+{
+    Q_D(PluginFramework);
+    d->context->keepJournal = on;
+}
+
+bool PluginFramework::isStartJournalEnabled() const
+{
+    Q_D(const PluginFramework);
+    return d->context->keepJournal;
+}
+
+void PluginFramework::setHangWatchdog(int msecs)
+{
+    Q_D(PluginFramework);
+    d->context->hangWatchdogMsecs = msecs < 0 ? -1 : msecs;
+    if (d->context->journal)
+        d->context->journal->setWatchdog(d->context->hangWatchdog());
+}
+
+int PluginFramework::hangWatchdog() const
+{
+    Q_D(const PluginFramework);
+    return d->context->hangWatchdog();
 }
 
 void PluginFramework::setLoadEnabledPluginOnly(bool on)

@@ -150,6 +150,50 @@ public:
     */
     void setTimelineRecording(bool on);
 
+    /*!
+        Keeps, with \a on (the default), or does not keep the start journal:
+        the record in "config/<program>/" of the plug-in code the process runs,
+        from which the next init() learns where this process died. Off, a death
+        in a plug-in's code in this run quarantines nothing and is not told to
+        the next; the quarantine list and the journals of earlier runs are still
+        read. Meant for measuring what the journal costs; call it before
+        init(), which begins the journal.
+
+        \since 1.1
+    */
+    void setStartJournalEnabled(bool on);
+    /*!
+        Returns whether this framework keeps the start journal; true unless
+        setStartJournalEnabled() turned it off.
+
+        \since 1.1
+    */
+    bool isStartJournalEnabled() const;
+
+    /*!
+        Turns the hang watchdog on with a threshold of \a msecs, or off with 0.
+        While it runs, a phase of a plug-in's own code (its library load, root
+        object, translation, start(), stop(), or a handler's active()) that has
+        not returned after \a msecs is reported by one debug line from a thread
+        of the watchdog's own, naming the plug-in, the phase and the time so
+        far, and again each time \a msecs more have passed; the start journal
+        notes it, so that if the user ends the hung process, the quarantine
+        record of the next start says "did not return within N s". A negative
+        value goes back to config.ini's "PluginManager/hangWatchdogSeconds".
+        Off unless turned on here or there. Call it before or after init().
+
+        \since 1.1
+        \sa PluginManager::quarantinedPlugins()
+    */
+    void setHangWatchdog(int msecs);
+    /*!
+        Returns the hang watchdog's threshold in milliseconds as it is in force
+        (set by setHangWatchdog() or read from config.ini), 0 when it is off.
+
+        \since 1.1
+    */
+    int hangWatchdog() const;
+
 public slots:
     /*!
         Installs the plug-ins: writes the configuration to debug output

@@ -18,6 +18,9 @@ const QString PLUGIN_GROUP = QStringLiteral("Plugin");
 const QString PLUGIN_POLICY_KEY = QStringLiteral("Plugin/%1");
 const QString LOAD_ENABLED_ONLY_KEY = QStringLiteral("PluginManager/loadEnabledPluginOnly");
 const QString WATCH_PLUGINS_DIR_KEY = QStringLiteral("PluginManager/watchPluginsDirectory");
+// Keys beyond the original four are only read: the framework never writes them.
+const QString QUARANTINE_KEY = QStringLiteral("PluginManager/quarantineCrashedPlugins");
+const QString HANG_WATCHDOG_KEY = QStringLiteral("PluginManager/hangWatchdogSeconds");
 
 QDir appSubDir(const QString &name)
 {
@@ -106,6 +109,20 @@ void PluginFrameworkConfig::setWatchPluginsDirectory(bool on)
     Q_D(PluginFrameworkConfig);
     d->settings->setValue(WATCH_PLUGINS_DIR_KEY, on);
     d->settings->sync();
+}
+
+bool PluginFrameworkConfig::quarantineCrashedPlugins() const
+{
+    Q_D(const PluginFrameworkConfig);
+    return d->settings->value(QUARANTINE_KEY, true).toBool();
+}
+
+int PluginFrameworkConfig::hangWatchdogMsecs() const
+{
+    Q_D(const PluginFrameworkConfig);
+    bool ok = false;
+    const double seconds = d->settings->value(HANG_WATCHDOG_KEY).toString().trimmed().toDouble(&ok);
+    return ok && seconds > 0 ? int(qMin(seconds * 1000, 2147483647.0)) : 0;
 }
 
 PluginFrameworkConfig::StartupPolicy PluginFrameworkConfig::pluginStartupPolicy(const QString &symbolic) const

@@ -25,6 +25,10 @@ class PluginFrameworkConfigPrivate;
     \li \c PluginManager/loadEnabledPluginOnly: bool, false when absent; added
         with false when the object is made.
     \li \c PluginManager/watchPluginsDirectory: bool, true when absent.
+    \li \c PluginManager/quarantineCrashedPlugins: bool, true when absent;
+        see quarantineCrashedPlugins(). Only read.
+    \li \c PluginManager/hangWatchdogSeconds: a number of seconds, off when
+        absent; see hangWatchdogMsecs(). Only read.
     \li \c Plugin/\<symbolic\>: a plug-in's startup policy, one of the words
         "disable", "undefine" and "enable"; PolicyUndefine when absent.
 
@@ -117,6 +121,27 @@ public:
     */
     void setWatchPluginsDirectory(bool on);
 
+    /*!
+        Returns "PluginManager/quarantineCrashedPlugins", true when absent:
+        whether a plug-in in whose loading or start() the previous process died
+        is kept from loading at the next init() (see PluginManager::quarantinedPlugins()).
+        False turns quarantine off; the start journal and
+        PluginManager::previousCrash() stay. Read only: the framework never
+        writes this key.
+
+        \since 1.1
+    */
+    bool quarantineCrashedPlugins() const;
+    /*!
+        Returns "PluginManager/hangWatchdogSeconds" in milliseconds, 0 when
+        absent, not a number or not above 0: after how long the hang watchdog
+        reports a plug-in's code that has not returned (see
+        PluginFramework::setHangWatchdog()). Fractions are allowed ("0.5").
+        Read only: the framework never writes this key.
+
+        \since 1.1
+    */
+    int hangWatchdogMsecs() const;
     /*!
         Returns the policy written for \a symbolic, read as policyOf() does:
         trimmed and in any case, PolicyUndefine when the entry is missing or

@@ -3,6 +3,7 @@
 
 #include "pluginframework.h"
 #include "pluginframeworkconfig.h"
+#include "startjournal.h"
 #include "timelinerecorder.h"
 
 #include <event/eventmanager.h>
@@ -21,6 +22,8 @@ PluginFrameworkContext::PluginFrameworkContext(PluginFramework *framework)
     , serviceManager(nullptr)
     , extensionManager(nullptr)
     , timeline(new TimelineRecorder)
+    , keepJournal(true)
+    , hangWatchdogMsecs(-1)
     , error(0)
     , errorString(QObject::tr("No Error"))
 {
@@ -48,6 +51,11 @@ PluginFrameworkContext::PluginFrameworkContext(PluginFramework *framework)
 }
 
 PluginFrameworkContext::~PluginFrameworkContext() = default;
+
+int PluginFrameworkContext::hangWatchdog() const
+{
+    return hangWatchdogMsecs >= 0 ? hangWatchdogMsecs : config->hangWatchdogMsecs();
+}
 
 void PluginFrameworkContext::handleError(int error, const QString &errorString)
 {

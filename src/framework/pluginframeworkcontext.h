@@ -17,6 +17,7 @@ class ServiceManager;
 namespace Internal {
 
 class EventManager;
+class StartJournal;
 class TimelineRecorder;
 class ExtensionManager;
 
@@ -36,6 +37,14 @@ public:
     ExtensionManager *extensionManager;
     // Shared with the parse tasks on the pool, which may outlive the framework.
     QSharedPointer<TimelineRecorder> timeline;
+    // The process's start journal, held from the first installation on; the
+    // last framework to let it go removes its file.
+    QSharedPointer<StartJournal> journal;
+    bool keepJournal;
+    // The hang watchdog's threshold as the host set it, or -1 for config.ini's.
+    int hangWatchdogMsecs;
+    // The threshold in force: the host's, else config.ini's; 0 is off.
+    int hangWatchdog() const;
     int error;
     QString errorString;
 

@@ -4,6 +4,7 @@
 
 #include <framework/debugoutput_p.h>
 #include <framework/pluginframeworkcontext.h>
+#include <framework/startjournal.h>
 #include <framework/timelinerecorder.h>
 #include <plugin/ipluginactivator.h>
 #include <plugin/pluginconstance.h>
@@ -38,15 +39,27 @@ PluginPrivate::PluginPrivate(const QFileInfo &file, PluginFrameworkContext *cont
     TimelineRecorder *timeline = this->timeline();
     const QString path = file.absoluteFilePath();
     // The plug-in's name is known only once its metadata is read.
-    TimelineRecorder::Span loading(timeline, Timeline::LibraryLoad, PluginResolver::libraryName(file, nullptr), path);
+    const QString fileName = PluginResolver::libraryName(file, nullptr);
+    TimelineRecorder::Span loading(timeline, Timeline::LibraryLoad, fileName, path);
     loader.setLoadHints(PluginResolver::libraryLoadHints());
-    if (!loader.load() && !loader.isLoaded()) {
+    bool libraryLoaded;
+    {
+        // The library's static initialisers run here: its own code.
+        const StartJournal::Scope journal(PluginCrash::LibraryLoad, fileName, path);
+        libraryLoaded = loader.load() || loader.isLoaded();
+    }
+    if (!libraryLoaded) {
         error = Plugin::LoadError;
         errorString =
                 QObject::tr("Cannot load plugin library: %1, error: %2").arg(fileInfo.fileName(), loader.errorString());
         ES_DEBUG_IF_SHOWN() << "[ERROR] loading:" << fileInfo.fileName() << ">" << loader.errorString();
     }
-    if (!loader.instance()) {
+    QObject *root;
+    {
+        const StartJournal::Scope journal(PluginCrash::RootObject, fileName, path);
+        root = loader.instance();
+    }
+    if (!root) {
         error = Plugin::InstanceError;
         errorString = QObject::tr("Cannot instance plugin library: %1, error: %2")
                               .arg(fileInfo.fileName(), loader.errorString());
@@ -239,11 +252,19 @@ void Plugin::start()
     TimelineRecorder::Span span(d->timeline(), Timeline::ActivatorStart, symbolic(), d->fileInfo.absoluteFilePath());
     const QString translation =
             QStringLiteral("%1/languages/%2.qm").arg(d->fileInfo.absolutePath(), QLocale::system().name());
-    // Empty, not null: null arguments would make QTranslator try other names too.
-    const QString none(QLatin1String(""));
-    if (d->translator.load(translation, none, none, none))
-        QCoreApplication::installTranslator(&d->translator);
-    d->activator->start(d->pluginContext);
+    const QString name = symbolic();
+    const QString path = d->fileInfo.absoluteFilePath();
+    {
+        const StartJournal::Scope journal(PluginCrash::Translation, name, path);
+        // Empty, not null: null arguments would make QTranslator try other names too.
+        const QString none(QLatin1String(""));
+        if (d->translator.load(translation, none, none, none))
+            QCoreApplication::installTranslator(&d->translator);
+    }
+    {
+        const StartJournal::Scope journal(PluginCrash::ActivatorStart, name, path);
+        d->activator->start(d->pluginContext);
+    }
     span.finish();
     setState(PluginInfo::Active);
     d->clearError();
@@ -270,6 +291,7 @@ void Plugin::stop()
     {
         const TimelineRecorder::Span span(d->timeline(), Timeline::ActivatorStop, symbolic(),
                                           d->fileInfo.absoluteFilePath());
+        const StartJournal::Scope journal(PluginCrash::ActivatorStop, symbolic(), d->fileInfo.absoluteFilePath());
         d->activator->stop(d->pluginContext);
     }
     QCoreApplication::removeTranslator(&d->translator);

@@ -6,6 +6,7 @@
 #include <event/pluginevent.h>
 #include <framework/debugoutput_p.h>
 #include <framework/pluginframeworkcontext.h>
+#include <framework/startjournal.h>
 #include <framework/timelinerecorder.h>
 #include <plugin/plugin.h>
 #include <plugin/pluginloadqueue.h>
@@ -13,6 +14,7 @@
 #include <plugin/pluginresolver.h>
 #include <qtcompat_p.h>
 
+#include <QtCore/QCoreApplication>
 #include <QtCore/QDebug>
 #include <QtCore/QFile>
 #include <QtCore/QFileSystemWatcher>
@@ -48,6 +50,8 @@ PluginManagerPrivate::PluginManagerPrivate(PluginFrameworkContext *context)
     , loadQueue(new PluginLoadQueue)
     , pluginCount(0)
     , watcher(new QFileSystemWatcher)
+    , guarded(false)
+    , quarantine(QCoreApplication::applicationDirPath(), PluginFrameworkConfig::configDir().dirName())
 {
     loadQueue->setMembers(this);
     if (context->config->watchPluginsDirectory())
@@ -102,6 +106,47 @@ void PluginManagerPrivate::installDirectory(const QDir &pluginDir)
     emit q->directoryScanned(pluginDir.path());
 }
 
+void PluginManagerPrivate::guardStart()
+{
+    if (guarded)
+        return;
+    guarded = true;
+    const QDir configDir = PluginFrameworkConfig::configDir();
+    // Read before this process's own journal exists, so that it is never one of them.
+    const QList<PluginCrash> ended = StartJournal::finishedRuns(configDir, true);
+    quarantine.load();
+    const bool quarantining = context->config->quarantineCrashedPlugins();
+    for (const PluginCrash &crash : ended) {
+        previousCrash = crash; // the newest comes last
+        ES_DEBUG_IF_SHOWN() << "[PluginManager] > the previous run ended in a plug-in's code:" << crash.text();
+        if (quarantining && crash.quarantines() && !crash.file().isEmpty())
+            quarantine.quarantine(crash);
+    }
+    if (context->keepJournal)
+        context->journal = StartJournal::acquire(configDir);
+    if (context->journal)
+        context->journal->setWatchdog(context->hangWatchdog());
+}
+
+bool PluginManagerPrivate::quarantined(const QFileInfo &fileinfo)
+{
+    if (quarantine.records.isEmpty() || !context->config->quarantineCrashedPlugins())
+        return false;
+    bool released = false;
+    const PluginCrash crash = quarantine.check(fileinfo, &released);
+    if (released) {
+        ES_DEBUG_IF_SHOWN() << "[PluginManager] > released from quarantine, its library changed:"
+                            << fileinfo.absoluteFilePath();
+    }
+    if (crash.isNull())
+        return false;
+    ES_DEBUG_IF_SHOWN() << "[PluginManager] > quarantined, not loaded:" << crash.text();
+    PluginProblem reason(PluginProblem::Quarantined, crash.plugin(), fileinfo.absoluteFilePath());
+    reason.setCrash(crash);
+    refuse({crash.plugin(), fileinfo.completeBaseName(), fileinfo.baseName()}, {reason});
+    return true;
+}
+
 bool PluginManagerPrivate::installFile(const QFileInfo &fileinfo)
 {
     Q_Q(PluginManager);
@@ -110,9 +155,15 @@ bool PluginManagerPrivate::installFile(const QFileInfo &fileinfo)
                     QObject::tr("The specified plugin has been installed, file: %1").arg(fileinfo.filePath()));
         return false;
     }
+    guardStart();
+    // Not loaded at all: a crash in a static initialiser must not repeat.
+    if (quarantined(fileinfo))
+        return false;
     ES_DEBUG_IF_SHOWN() << "   |->" << fileinfo.absoluteFilePath();
 
     auto *plugin = new Plugin(fileinfo, context, q);
+    if (quarantine.hasReleased())
+        quarantine.passed(fileinfo.absoluteFilePath(), PluginCrash::RootObject);
     const QString symbolic = plugin->symbolic();
     if (plugins.value(symbolic)) {
         handleError(PluginManager::SymbolicTakenError,
@@ -173,9 +224,14 @@ void PluginManagerPrivate::refuse(Plugin *plugin, const PluginProblem &reason)
     QStringList keys{plugin->fileInfo().completeBaseName(), plugin->fileInfo().baseName()};
     if (reason.reason() != PluginProblem::DuplicateName)
         keys.prepend(plugin->symbolic());
-    for (const QString &key : qAsConst(keys)) {
-        if (!key.isEmpty() && !refusals.contains(key))
-            refusals.insert(key, reasons);
+    refuse(keys, reasons);
+}
+
+void PluginManagerPrivate::refuse(const QStringList &names, const QList<PluginProblem> &reasons)
+{
+    for (const QString &name : names) {
+        if (!name.isEmpty() && !refusals.contains(name))
+            refusals.insert(name, reasons);
     }
 }
 
@@ -230,6 +286,9 @@ void PluginManagerPrivate::pluginStateChanaged(const QString &symbolic, int from
     auto info = pluginInfos.find(symbolic);
     if (info != pluginInfos.end())
         info->setCurrentState(PluginInfo::State(to));
+    // A released plug-in that started got through whatever it died in.
+    if (to == PluginInfo::Active && quarantine.hasReleased())
+        quarantine.passed(plugin->fileInfo().absoluteFilePath(), PluginCrash::ActivatorStart);
 
     int index = plugins.size();
     int total = pluginCount;
@@ -407,6 +466,47 @@ QList<PluginProblem> PluginManager::problems(const QString &name) const
     default: // starting, running or stopping
         return {};
     }
+}
+
+QList<PluginCrash> PluginManager::quarantinedPlugins() const
+{
+    auto *d = const_cast<PluginManagerPrivate *>(d_func());
+    d->guardStart();
+    QList<PluginCrash> quarantined;
+    const QList<PluginCrash> records = d->quarantine.crashes();
+    for (const PluginCrash &crash : records) {
+        if (!crash.isReleased())
+            quarantined << crash;
+    }
+    return quarantined;
+}
+
+bool PluginManager::releasePlugin(const QString &name)
+{
+    Q_D(PluginManager);
+    d->guardStart();
+    const int index = d->quarantine.indexOf(name);
+    if (index < 0)
+        return false;
+    const PluginCrash crash = d->quarantine.records.at(index).crash;
+    if (!d->quarantine.release(name, nullptr))
+        return false;
+    ES_DEBUG_IF_SHOWN() << "[PluginManager] > released from quarantine:" << crash.plugin();
+    const QFileInfo library(crash.file());
+    for (const QString &key : {crash.plugin(), library.completeBaseName(), library.baseName()})
+        d->refusals.remove(key);
+    // Once the directory has been scanned the library is installed at once, as
+    // a new one the watcher finds would be; before that, the scan takes it.
+    if (d->scanDone && library.exists())
+        d->installFile(library);
+    return true;
+}
+
+PluginCrash PluginManager::previousCrash() const
+{
+    auto *d = const_cast<PluginManagerPrivate *>(d_func());
+    d->guardStart();
+    return d->previousCrash;
 }
 
 void PluginManager::install(QDir pluginDir)

@@ -5,6 +5,7 @@
 #include "../extensionsystem_global.h"
 
 #include "../framework/pluginframeworkconfig.h"
+#include "plugincrash.h"
 #include "plugininfo.h"
 #include "pluginproblem.h"
 
@@ -156,6 +157,46 @@ public:
         resolved one, PluginProblem::NoActivator or PluginProblem::NotStarted.
     */
     QList<PluginProblem> problems(const QString &name) const;
+
+    /*!
+        Returns the plug-ins that are quarantined: the previous process of this
+        program died in their code while their library was loaded, their root
+        object made, their translation loaded or their start() run (a crash,
+        \c abort(), an uncaught exception, \c _exit(), or a kill of a hung
+        host). Their libraries are not loaded, so neither a crash in a static
+        initialiser nor one in start() repeats; plug-ins that need them resolve
+        as they do when a dependency is missing, and problems() gives
+        PluginProblem::Quarantined. A plug-in stays quarantined until its
+        library file changes (a fixed build: its bytes are compared, not only
+        its time), until releasePlugin(), or until es-inspect --release.
+        Empty when config.ini's "PluginManager/quarantineCrashedPlugins" is
+        false, or when nothing died.
+
+        \since 1.1
+        \sa previousCrash(), PluginQuarantine
+    */
+    QList<PluginCrash> quarantinedPlugins() const;
+    /*!
+        Releases the quarantined plug-in \a name (its symbolic name or its
+        library's base name). After init() its library is installed at once,
+        not started; before, the scan loads it. A plug-in that dies again in
+        the same phase is quarantined again with PluginCrash::count() increased.
+        Returns false when no quarantined plug-in has that name. config.ini is
+        never written: the quarantine list is a file of its own.
+
+        \since 1.1
+    */
+    bool releasePlugin(const QString &name);
+    /*!
+        Returns what the previous process of this program was running when it
+        ended without a clean stop: the plug-in, the phase (also stop() or a
+        handler's active(), which quarantine nothing) and the time; a null value
+        when it ended cleanly or outside a plug-in's code. Known from the first
+        installation on, that is from init().
+
+        \since 1.1
+    */
+    PluginCrash previousCrash() const;
 
     /*!
         Returns the platform's file name suffix of a plug-in library: ".dll" on

@@ -5,8 +5,10 @@
 
 #include "pluginmanager.h"
 
+#include <plugin/plugincrash.h>
 #include <plugin/pluginloadqueue.h>
 #include <plugin/pluginproblem.h>
+#include <plugin/pluginquarantine_p.h>
 
 #include <QtCore/QHash>
 #include <QtCore/QMap>
@@ -35,6 +37,11 @@ public:
     void startStep(Plugin *plugin);
     void stopStep(Plugin *plugin);
     void refuse(Plugin *plugin, const PluginProblem &reason);
+    void refuse(const QStringList &names, const QList<PluginProblem> &reasons);
+    // Before the first library is loaded: reads what the journals of ended
+    // processes say, quarantines, and begins this process's journal.
+    void guardStart();
+    bool quarantined(const QFileInfo &fileinfo);
     Plugin *findByBaseName(const QString &name) const;
 
     // The load queue's view of the installed plug-ins.
@@ -57,6 +64,9 @@ public:
     // first: by symbolic name, and by its file's base name when the name itself
     // says nothing.
     QHash<QString, QList<PluginProblem>> refusals;
+    bool guarded;
+    PluginQuarantinePrivate quarantine;
+    PluginCrash previousCrash;
 };
 
 } // namespace Internal

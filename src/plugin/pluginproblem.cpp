@@ -97,6 +97,16 @@ void PluginProblem::setCycle(const QStringList &names)
     d->cycle = names;
 }
 
+PluginCrash PluginProblem::crash() const
+{
+    return d->crash;
+}
+
+void PluginProblem::setCrash(const PluginCrash &crash)
+{
+    d->crash = crash;
+}
+
 QString PluginProblem::text() const
 {
     switch (d->reason) {
@@ -155,6 +165,10 @@ QString PluginProblem::text() const
                 .arg(QStringLiteral(ExtensionSystem_IPluginActivator_iid));
     case NotStarted:
         return QObject::tr("resolved, but not started: the framework has not started it yet, or it was stopped");
+    case Quarantined:
+        return QObject::tr("quarantined: %1; replace its library with a fixed build, or release it "
+                           "(PluginManager::releasePlugin(), es-inspect --release)")
+                .arg(d->crash.text());
     }
     return QString();
 }
@@ -165,7 +179,8 @@ bool PluginProblem::operator==(const PluginProblem &other) const
            || (d->reason == other.d->reason && d->plugin == other.d->plugin && d->detail == other.d->detail
                && d->dependency == other.d->dependency && d->requiredVersion == other.d->requiredVersion
                && d->providedVersion == other.d->providedVersion
-               && d->providedCompatVersion == other.d->providedCompatVersion && d->cycle == other.d->cycle);
+               && d->providedCompatVersion == other.d->providedCompatVersion && d->cycle == other.d->cycle
+               && d->crash == other.d->crash);
 }
 
 } // namespace ExtensionSystem

@@ -4,6 +4,8 @@
 
 #include "../extensionsystem_global.h"
 
+#include "plugincrash.h"
+
 #include <QtCore/QList>
 #include <QtCore/QMetaType>
 #include <QtCore/QSharedDataPointer>
@@ -50,7 +52,11 @@ public:
         UnresolvedDependency, ///< dependency() is installed but does not resolve itself.
         NotResolved, ///< Does not resolve, for a reason none of the above names.
         NoActivator, ///< The root object is not an activator, so it cannot start.
-        NotStarted ///< Resolved, but not started yet or stopped since.
+        NotStarted, ///< Resolved, but not started yet or stopped since.
+        /*! The previous process died in its code while loading or starting it,
+            so its library is not loaded: crash() says when, where and how often.
+            \since 1.1 */
+        Quarantined
     };
 
     /*!
@@ -119,6 +125,13 @@ public:
         plugin(), for DependencyCycle; otherwise empty.
     */
     QStringList cycle() const;
+    /*!
+        Returns the record of the deaths that quarantine the plug-in, for
+        Quarantined; otherwise a null value.
+
+        \since 1.1
+    */
+    PluginCrash crash() const;
 
     /*!
         Sets the dependency concerned to \a symbolic and the version plugin()
@@ -134,6 +147,12 @@ public:
         Sets the names around the cycle to \a names, first one repeated at the end.
     */
     void setCycle(const QStringList &names);
+    /*!
+        Sets the record of a Quarantined plug-in to \a crash.
+
+        \since 1.1
+    */
+    void setCrash(const PluginCrash &crash);
 
     /*!
         Returns one translated sentence that says the problem, e.g. "incompatible

@@ -21,6 +21,7 @@ public:
     QString providedVersion;
     QString providedCompatVersion;
     QStringList cycle;
+    PluginCrash crash;
 };
 
 } // namespace Internal

@@ -8,6 +8,7 @@
 #include <ExtensionSystem/PluginDependency>
 #include <ExtensionSystem/PluginManager>
 #include <ExtensionSystem/PluginMetaData>
+#include <ExtensionSystem/PluginQuarantine>
 
 #include <QtCore/QFile>
 #include <QtCore/QFileInfo>
@@ -82,6 +83,8 @@ QString Inspector::relative(const QString &path) const
 void Inspector::run()
 {
     readConfiguration();
+    if (!m_program.isEmpty())
+        m_unfinished = PluginQuarantine(m_applicationDir.absolutePath(), m_program).unfinishedRuns(&m_notes);
     scan();
     for (size_t i = 0; i < m_plugins.size(); ++i)
         install(int(i));
@@ -100,6 +103,7 @@ void Inspector::readConfiguration()
         return;
     QSettings settings(configFile(), QSettings::IniFormat);
     m_loadEnabledPluginOnly = settings.value(QStringLiteral("PluginManager/loadEnabledPluginOnly"), false).toBool();
+    m_quarantining = settings.value(QStringLiteral("PluginManager/quarantineCrashedPlugins"), true).toBool();
     settings.beginGroup(QStringLiteral("Plugin"));
     const QStringList keys = settings.allKeys();
     for (const QString &key : keys)
@@ -168,9 +172,34 @@ void Inspector::load(PluginRecord &record)
 }
 
 // The framework's installation of one file: duplicates, then the black and white lists.
+// A library the next start would not load is not loaded here either: a crash
+// in its static initialisers would end this tool.
+bool Inspector::quarantine(PluginRecord &record)
+{
+    if (!m_quarantining || m_program.isEmpty())
+        return false;
+    PluginCrash crash = PluginQuarantine(m_applicationDir.absolutePath(), m_program).blocks(record.filePath);
+    for (const PluginCrash &ended : qAsConst(m_unfinished)) {
+        if (ended.quarantines() && QFileInfo(ended.file()) == QFileInfo(record.filePath)) {
+            crash = ended;
+            record.quarantinedNext = true;
+        }
+    }
+    if (crash.isNull())
+        return false;
+    record.symbolic = record.name = crash.plugin();
+    record.refusal = PluginRecord::Quarantined;
+    record.refusalReason = PluginProblem(PluginProblem::Quarantined, crash.plugin(), record.filePath);
+    record.refusalReason.setCrash(crash);
+    m_resolver.refuse(record.symbolic, record.refusalReason);
+    return true;
+}
+
 void Inspector::install(int index)
 {
     PluginRecord &record = m_plugins[size_t(index)];
+    if (quarantine(record))
+        return;
     load(record);
     if (const PluginRecord *first = installed(record.symbolic)) {
         record.refusal = PluginRecord::Duplicate;
@@ -199,8 +228,12 @@ void Inspector::explain(PluginRecord &record)
 {
     // What is wrong with the file itself comes first, as the framework says it,
     // then why installation refused it; only a sound, installed file waits for others.
-    QList<PluginProblem> problems = PluginResolver::libraryProblems(QFileInfo(record.filePath), record.metaData.get(),
-                                                                    record.loadError, record.refusalReason);
+    // A quarantined library was not loaded: what keeps it out is the quarantine alone.
+    QList<PluginProblem> problems =
+            record.refusal == PluginRecord::Quarantined
+                    ? QList<PluginProblem>{record.refusalReason}
+                    : PluginResolver::libraryProblems(QFileInfo(record.filePath), record.metaData.get(),
+                                                      record.loadError, record.refusalReason);
     if (problems.isEmpty() && !record.resolves())
         problems = m_resolver.problems(record.symbolic);
     if (problems.isEmpty())

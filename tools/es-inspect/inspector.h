@@ -2,6 +2,7 @@
 #ifndef ESINSPECT_INSPECTOR_H
 #define ESINSPECT_INSPECTOR_H
 
+#include <ExtensionSystem/PluginCrash>
 #include <ExtensionSystem/PluginProblem>
 #include <ExtensionSystem/PluginResolver>
 
@@ -20,7 +21,7 @@ class PluginMetaData;
 // One library file below plugins/, as the framework would see it.
 struct PluginRecord
 {
-    enum Refusal { NotRefused, Duplicate, Blacklisted, NotWhitelisted };
+    enum Refusal { NotRefused, Duplicate, Blacklisted, NotWhitelisted, Quarantined };
 
     QString filePath; // absolute
     QString relativePath; // below the application directory
@@ -34,6 +35,7 @@ struct PluginRecord
     int policy = 0;
     Refusal refusal = NotRefused;
     QString duplicateOf; // relative path of the file that kept the name
+    bool quarantinedNext = false; // the last run died in it: the next start quarantines it
     ExtensionSystem::PluginProblem refusalReason;
     int queuePosition = -1; // -1 when it does not resolve
     // the first thing that keeps it out of the queue
@@ -73,6 +75,8 @@ public:
     const std::vector<PluginRecord> &plugins() const { return m_plugins; }
     QStringList queue() const { return m_queue; }
     QStringList notes() const { return m_notes; }
+    // What the runs that ended without a clean stop were doing, oldest first.
+    QList<ExtensionSystem::PluginCrash> unfinishedRuns() const { return m_unfinished; }
     // The plug-in the framework would have filed under this name, or null.
     const PluginRecord *installed(const QString &symbolic) const;
     bool allResolve() const;
@@ -83,12 +87,15 @@ private:
     void readConfiguration();
     int policy(const QString &symbolic) const;
     void install(int index);
+    bool quarantine(PluginRecord &record);
     void explain(PluginRecord &record);
     QString relative(const QString &path) const;
 
     QDir m_applicationDir;
     QString m_program;
     bool m_loadEnabledPluginOnly = false;
+    bool m_quarantining = true;
+    QList<ExtensionSystem::PluginCrash> m_unfinished;
     QHash<QString, QString> m_policies; // symbolic name to the raw text in config.ini
     std::vector<PluginRecord> m_plugins;
     QHash<QString, int> m_installed;

@@ -7,6 +7,7 @@
 #include "report.h"
 
 #include <ExtensionSystem/PluginFrameworkConstance>
+#include <ExtensionSystem/PluginQuarantine>
 
 #include <QtCore/QCommandLineParser>
 #include <QtCore/QCoreApplication>
@@ -45,8 +46,10 @@ int main(int argc, char *argv[])
     parser.setApplicationDescription(
             QObject::tr("Lists the plug-ins below <directory>/plugins with their metadata, says why each one that "
                         "would not resolve does not, and prints the load queue the framework would compute. "
-                        "Reads only: no plug-in is started and no file is changed.\n"
-                        "Exit code: 0 when every plug-in resolves, 1 when one does not, 2 on bad usage."));
+                        "Reads only: no plug-in is started and no file is changed, but for --release, which "
+                        "changes the quarantine list and nothing else.\n"
+                        "Exit code: 0 when every plug-in resolves, 1 when one does not, 2 on bad usage; "
+                        "with --release 0 when it released, 1 when it did not."));
     const QCommandLineOption help = parser.addHelpOption();
     const QCommandLineOption program(QStringLiteral("program"),
                                      QObject::tr("Read config/<name>/ (default: the only directory in config/)."),
@@ -55,9 +58,15 @@ int main(int argc, char *argv[])
                                  QObject::tr("Print the dependency graph in Graphviz form instead of the report."));
     const QCommandLineOption extensions(QStringLiteral("extensions"),
                                         QObject::tr("Also list what extension.dat holds."));
+    const QCommandLineOption release(QStringLiteral("release"),
+                                     QObject::tr("Release the quarantined plug-in <name> (its symbolic name or its "
+                                                 "library's base name), so that the next start loads it again. "
+                                                 "Writes config/<program>/quarantine.ini, never config.ini."),
+                                     QObject::tr("name"));
     parser.addOption(program);
     parser.addOption(dot);
     parser.addOption(extensions);
+    parser.addOption(release);
     parser.addPositionalArgument(QStringLiteral("directory"),
                                  QObject::tr("The application directory: the one that holds plugins/ and config/."));
 
@@ -80,6 +89,23 @@ int main(int argc, char *argv[])
 
     const QString programName =
             parser.isSet(program) ? parser.value(program) : Inspector::defaultProgram(applicationDir);
+    if (parser.isSet(release)) {
+        if (parser.isSet(dot) || parser.isSet(extensions))
+            return usageError(QObject::tr("--release cannot be combined with --dot or --extensions"));
+        if (programName.isEmpty())
+            return usageError(QObject::tr("name the program with --program: config/ does not hold exactly one"));
+        QString why;
+        const QString name = parser.value(release);
+        ExtensionSystem::PluginQuarantine quarantine(applicationDir.absolutePath(), programName);
+        if (!quarantine.release(name, &why)) {
+            QTextStream(stderr) << QCoreApplication::applicationName() << ": " << why << '\n';
+            return 1;
+        }
+        QTextStream(stdout) << QObject::tr("%1 released: the next start of %2 loads it again").arg(name, programName)
+                            << '\n';
+        return 0;
+    }
+
     Inspector inspector(QDir(applicationDir.absolutePath()), programName);
     inspector.run();
 

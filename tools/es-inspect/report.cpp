@@ -67,6 +67,8 @@ QString statusWord(const PluginRecord &record)
         return QObject::tr("blacklisted");
     case PluginRecord::NotWhitelisted:
         return QObject::tr("not whitelisted");
+    case PluginRecord::Quarantined:
+        return QObject::tr("quarantined");
     case PluginRecord::NotRefused:
         break;
     }
@@ -103,9 +105,12 @@ QString statusColour(const PluginRecord &record)
 {
     if (record.resolves())
         return QStringLiteral("palegreen");
-    // A broken file is orange, a refused one grey, a sound one that waits in vain pink.
+    // A broken file is orange, a crashing one red, a refused one grey, a sound
+    // one that waits in vain pink.
     if (record.unusable())
         return QStringLiteral("orange");
+    if (record.refusal == PluginRecord::Quarantined)
+        return QStringLiteral("tomato");
     if (record.refusal != PluginRecord::NotRefused)
         return QStringLiteral("lightgrey");
     return QStringLiteral("lightpink");
@@ -170,6 +175,11 @@ void Report::writeText(QTextStream &out) const
                  QObject::tr("resolved, position %1 in the load queue").arg(record.queuePosition + 1));
         else if (record.unusable())
             line(QObject::tr("status"), QObject::tr("unusable library, never starts"));
+        else if (record.quarantinedNext)
+            line(QObject::tr("status"),
+                 QObject::tr("the last run died in it: quarantined at the next start, not loaded"));
+        else if (record.refusal == PluginRecord::Quarantined)
+            line(QObject::tr("status"), QObject::tr("quarantined, not loaded"));
         else if (record.refusal != PluginRecord::NotRefused)
             line(QObject::tr("status"), QObject::tr("not installed"));
         else
@@ -179,6 +189,14 @@ void Report::writeText(QTextStream &out) const
         if (record.metaData && !record.activator) {
             line(QObject::tr("note"), PluginProblem(PluginProblem::NoActivator, record.name).text());
         }
+        out << '\n';
+    }
+
+    const QList<PluginCrash> unfinished = in.unfinishedRuns();
+    if (!unfinished.isEmpty()) {
+        out << QObject::tr("Last runs that did not end cleanly:") << '\n';
+        for (const PluginCrash &crash : unfinished)
+            out << "  " << crash.text() << '\n';
         out << '\n';
     }
 
