@@ -11,7 +11,6 @@
 #include <QtCore/QByteArray>
 #include <QtCore/QThread>
 
-#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <stdexcept>
@@ -28,17 +27,20 @@ void dieIf(const char *where)
     // Said on stderr first, so that a test can wait for it.
     std::fprintf(stderr, "crash.prone: %s-%s now\n", where, how.constData());
     std::fflush(stderr);
-    if (how == "segv")
-        std::raise(SIGSEGV);
-    else if (how == "abort")
+    if (how == "segv") {
+        // A null pointer dereferenced, as in a real plug-in bug.
+        volatile int *volatile nowhere = nullptr;
+        *nowhere = 1;
+    } else if (how == "abort") {
         std::abort();
-    else if (how == "throw")
+    } else if (how == "throw") {
         throw std::runtime_error("crash.prone throws");
-    else if (how == "exit")
+    } else if (how == "exit") {
         ::_exit(3);
-    else if (how == "hang")
+    } else if (how == "hang") {
         for (;;)
             QThread::sleep(1);
+    }
 }
 
 // Runs while the library is loaded, before any object of it exists.
