@@ -3,16 +3,17 @@
 #     METADATA <path to META.INF>
 #     [EXTENSION <path to extension.xml>]
 #     [OUTPUT_DIRECTORY <dir>]        # default: ${CMAKE_BINARY_DIR}/plugins/<target>
-#     [INSTALL_DESTINATION <dir>]     # cmake --install puts <dir>/<target>/<target>.so
+#     [INSTALL_DESTINATION <dir>]     # cmake --install puts <dir>/<target>/<target><suffix>
 #     [ALLOW_UNDEFINED]               # link even with symbols that nothing defines
 #     SOURCES <files...>)
 #
-# Builds <OUTPUT_DIRECTORY>/<target>.so as a Qt plug-in module, against the Qt
+# Builds <OUTPUT_DIRECTORY>/<target><suffix> (EXTENSIONSYSTEM_PLUGIN_SUFFIX, ".so"
+# on Linux) as a Qt plug-in module, against the Qt
 # the library was built with (ExtensionSystem_QT_MAJOR_VERSION, 5 or 6). The META.INF is
 # compiled in as the resource ":/<target>/META-DATA/META.INF": the loader looks
 # for it under the library's base name, so the prefix follows the target name.
 #
-# With INSTALL_DESTINATION, the plug-in installs as <dir>/<target>/<target>.so with
+# With INSTALL_DESTINATION, the plug-in installs as <dir>/<target>/<target><suffix> with
 # its extension.xml beside it: <dir> is then a host's plugins/ folder (a relative
 # <dir> is taken below the install prefix).
 #
@@ -22,6 +23,16 @@
 include_guard(GLOBAL)
 
 include(CheckCXXSourceCompiles)
+
+# The file suffix of a plug-in library, chosen here once: the library scans for
+# it, its tests and tools use it, and every plug-in this helper builds has it.
+# A module is ".so" on Linux and ".dll" on Windows as CMake names it; on macOS,
+# where CMake would say ".so", the platform's ".dylib".
+if(APPLE)
+    set(EXTENSIONSYSTEM_PLUGIN_SUFFIX ".dylib")
+else()
+    set(EXTENSIONSYSTEM_PLUGIN_SUFFIX "${CMAKE_SHARED_MODULE_SUFFIX}")
+endif()
 
 # The link option that makes an undefined symbol a link error, or nothing. Clang
 # leaves a sanitizer's runtime out of shared objects, whose symbols are then
@@ -86,6 +97,7 @@ function(extensionsystem_add_plugin target)
     set_target_properties(${target} PROPERTIES
         AUTOMOC ON
         PREFIX ""
+        SUFFIX "${EXTENSIONSYSTEM_PLUGIN_SUFFIX}"
         CXX_VISIBILITY_PRESET hidden
         VISIBILITY_INLINES_HIDDEN ON
         LIBRARY_OUTPUT_DIRECTORY ${ARG_OUTPUT_DIRECTORY}

@@ -66,6 +66,31 @@ if wants format; then
         exit 1
     fi
     echo "format: $(echo "$files" | wc -w) files laid out as .clang-format says, each with its SPDX line"
+
+    # The layers of src/, as CONTRIBUTING.md draws them: core/ beneath everything,
+    # framework/ on top, the subsystems between, each reaching only these others.
+    declare -A may_include=(
+        [core]="core"
+        [objecttree]="core objecttree"
+        [event]="core event service"
+        [service]="core service event plugin"
+        [plugin]="core plugin event service extension objecttree"
+        [extension]="core extension event objecttree plugin"
+        [framework]="core framework event service plugin extension objecttree"
+    )
+    broken=""
+    for folder in "${!may_include[@]}"; do
+        while IFS=: read -r file line text; do
+            target=$(sed -E 's@.*#include [<"](\.\./)?([a-z]+)/.*@\2@' <<<"$text")
+            [[ " ${may_include[$folder]} " == *" $target "* ]] || broken+="  $file:$line: $folder/ may not include $target/"$'\n'
+        done < <(grep -HnE '#include [<"](\.\./)?(core|framework|objecttree|event|service|plugin|extension)/' "src/$folder"/* || true)
+    done
+    if [ -n "$broken" ]; then
+        echo "layers: these includes break the folder rules of CONTRIBUTING.md:"
+        printf '%s' "$broken"
+        exit 1
+    fi
+    echo "layers: every include in src/ keeps to the folder rules"
 fi
 
 if wants normal || wants memcheck; then

@@ -25,7 +25,7 @@
 #include <extension/extensionpoint.h>
 #include <extension/extensionpointadmin.h>
 #include <framework/pluginframework.h>
-#include <framework/pluginframeworkconfig.h>
+#include <core/pluginframeworkconfig.h>
 #include <plugin/pluginmanager.h>
 
 #include <QtCore/QCoreApplication>

@@ -16,7 +16,7 @@
 
 #include <framework/pluginframework.h>
 #include <framework/pluginframework_p.h>
-#include <framework/pluginframeworkcontext.h>
+#include <core/pluginframeworkcontext.h>
 
 #include "plugins/src/pluginlog.h"
 

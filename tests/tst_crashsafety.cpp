@@ -5,7 +5,7 @@
 
 #include "testsupport.h"
 
-#include <plugin/plugincrash.h>
+#include <core/plugincrash.h>
 #include <plugin/pluginproblem.h>
 
 #include <QtCore/QCryptographicHash>

@@ -9,7 +9,7 @@
 #include <extension/extensionpointadmin.h>
 #include <framework/pluginframework.h>
 #include <framework/pluginframework_p.h>
-#include <framework/pluginframeworkcontext.h>
+#include <core/pluginframeworkcontext.h>
 #include <plugin/plugin.h>
 #include <plugin/pluginmanager.h>
 

@@ -3,8 +3,8 @@
 #include <extension/extensionfileparsetask.h>
 #include <extension/extensionstorage.h>
 #include <extension/exttype.h>
-#include <framework/pluginframeworkconfig.h>
-#include <qtcompat_p.h>
+#include <core/pluginframeworkconfig.h>
+#include <core/qtcompat_p.h>
 
 #include <QtCore/QScopeGuard>
 #if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)

@@ -7,7 +7,7 @@
 #include <event/ipluginlistener.h>
 #include <framework/pluginframework.h>
 #include <framework/pluginframework_p.h>
-#include <framework/pluginframeworkcontext.h>
+#include <core/pluginframeworkcontext.h>
 #include <plugin/plugin.h>
 #include <plugin/plugincontext.h>
 #include <plugin/pluginmanager.h>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-#include <framework/pluginframeworkconfig.h>
+#include <core/pluginframeworkconfig.h>
 
 #include <QtCore/QMetaEnum>
 #include <QtTest>

@@ -300,7 +300,7 @@ void tst_PluginLoading::pluginStateMachine()
     installed->start();
     QCOMPARE(installed->error(), 4);
     QVERIFY(installed->errorString().startsWith(QStringLiteral("The Plugin: /")));
-    QVERIFY(installed->errorString().endsWith(QStringLiteral("/no.dependency.so is not resolved, dependency: ")));
+    QVERIFY(installed->errorString().endsWith(QStringLiteral("/no.dependency" ES_TEST_LIBRARY_SUFFIX " is not resolved, dependency: ")));
     QCOMPARE(errors.count(), 1);
     framework.stop();
 }

@@ -5,7 +5,7 @@
 #include <extension/extensionmanager.h>
 #include <extension/extensionpoint.h>
 #include <extension/extensionpointadmin.h>
-#include <framework/timeline.h>
+#include <core/timeline.h>
 #include <plugin/pluginmanager.h>
 
 #include <QtCore/QJsonArray>

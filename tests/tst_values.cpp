@@ -7,7 +7,7 @@
 #include <event/pluginevent.h>
 #include <event/serviceevent.h>
 #include <plugin/pluginconstance.h>
-#include <qtcompat_p.h>
+#include <core/qtcompat_p.h>
 #include <service/serviceproperty.h>
 
 using namespace ExtensionSystem;

@@ -23,7 +23,7 @@
 #include <QtCore/QThread>
 #include <QtCore/QVector>
 
-#include <qtcompat_p.h>
+#include <core/qtcompat_p.h>
 
 #include <unistd.h>
 
@@ -152,7 +152,7 @@ void makeExtensionTree(const SetInfo &set, const QString &runner)
         const QString name = QStringLiteral("bench.") + target.section(QLatin1Char('.'), 1);
         const QString dir = extApp + QStringLiteral("/plugins/") + target;
         QDir().mkpath(dir);
-        const QString library = QStringLiteral("/%1.so").arg(target);
+        const QString library = QStringLiteral("/%1" ES_PLUGIN_SUFFIX).arg(target);
         if (::link(QFile::encodeName(plugin.absoluteFilePath() + library).constData(),
                    QFile::encodeName(dir + library).constData())
                     != 0

@@ -2,8 +2,8 @@
 #include "extensiondata.h"
 #include "extensiondata_p.h"
 
-#include <framework/debugoutput_p.h>
-#include <framework/startjournal.h>
+#include <core/debugoutput_p.h>
+#include <core/startjournal.h>
 
 #include <extension/extensionconstance.h>
 #include <extension/extensionhandler.h>

@@ -2,8 +2,8 @@
 #include "extensiondatafactory.h"
 #include "extensiondatafactory_p.h"
 
-#include <framework/debugoutput_p.h>
-#include <qtcompat_p.h>
+#include <core/debugoutput_p.h>
+#include <core/qtcompat_p.h>
 
 #include <extension/extensionhandler.h>
 #include <extension/extensionhandlerfactory.h>

@@ -5,7 +5,7 @@
 #include "extensionfileparsetask.h"
 #include "extensionstorage.h"
 
-#include <framework/timelinerecorder.h>
+#include <core/timelinerecorder.h>
 
 #include <QtCore/QFile>
 #include <QtCore/QThreadPool>

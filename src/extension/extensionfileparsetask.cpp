@@ -4,9 +4,9 @@
 
 #include "extensionconstance.h"
 
-#include <framework/debugoutput_p.h>
-#include <framework/timelinerecorder.h>
-#include <qtcompat_p.h>
+#include <core/debugoutput_p.h>
+#include <core/timelinerecorder.h>
+#include <core/qtcompat_p.h>
 
 #include <QtCore/QCryptographicHash>
 #include <QtCore/QDateTime>

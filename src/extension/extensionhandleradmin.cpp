@@ -2,7 +2,7 @@
 #include "extensionhandleradmin.h"
 #include "extensionhandleradmin_p.h"
 
-#include <framework/debugoutput_p.h>
+#include <core/debugoutput_p.h>
 
 #include <extension/extensioncallback.h>
 #include <extension/extensionhandler.h>

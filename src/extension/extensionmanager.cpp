@@ -7,10 +7,10 @@
 #include <extension/extensionpointadmin.h>
 #include <extension/extensionstorage.h>
 #include <extension/exttype.h>
-#include <framework/debugoutput_p.h>
-#include <framework/pluginframeworkconfig.h>
-#include <framework/pluginframeworkcontext.h>
-#include <framework/timelinerecorder.h>
+#include <core/debugoutput_p.h>
+#include <core/pluginframeworkconfig.h>
+#include <core/pluginframeworkcontext.h>
+#include <core/timelinerecorder.h>
 
 #include <QtCore/QDebug>
 

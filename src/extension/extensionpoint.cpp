@@ -5,8 +5,8 @@
 #include <extension/extensionconstance.h>
 #include <extension/extensiondata.h>
 #include <extension/extensionhandler.h>
-#include <framework/debugoutput_p.h>
-#include <qtcompat_p.h>
+#include <core/debugoutput_p.h>
+#include <core/qtcompat_p.h>
 
 #include <QtCore/QDebug>
 

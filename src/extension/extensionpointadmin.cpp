@@ -7,7 +7,7 @@
 #include <extension/extensionhandler.h>
 #include <extension/extensionpoint.h>
 #include <extension/extensionstorage.h>
-#include <framework/pluginframeworkcontext.h>
+#include <core/pluginframeworkcontext.h>
 #include <objecttree/iobjectnotifier.h>
 
 namespace ExtensionSystem {

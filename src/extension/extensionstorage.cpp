@@ -2,7 +2,7 @@
 #include "extensionstorage.h"
 #include "extensionstorage_p.h"
 
-#include <framework/debugoutput_p.h>
+#include <core/debugoutput_p.h>
 
 #include <QtCore/QDateTime>
 #include <QtCore/QDebug>

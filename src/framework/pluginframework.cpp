@@ -2,16 +2,18 @@
 #include "pluginframework.h"
 #include "pluginframework_p.h"
 
-#include <framework/debugoutput_p.h>
+#include <core/debugoutput_p.h>
 
-#include "pluginframeworkconfig.h"
-#include "pluginframeworkcontext.h"
-#include "startjournal.h"
-#include "timelinerecorder.h"
+#include <core/pluginframeworkconfig.h>
+#include <core/pluginframeworkcontext.h>
+#include <core/startjournal.h>
+#include <core/timelinerecorder.h>
 
 #include <event/eventmanager.h>
 #include <event/frameworkevent.h>
+#include <extension/extensionmanager.h>
 #include <plugin/pluginmanager.h>
+#include <service/servicemanager.h>
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QDebug>
@@ -33,6 +35,32 @@ PluginFrameworkPrivate::PluginFrameworkPrivate()
 PluginFrameworkPrivate::~PluginFrameworkPrivate()
 {
     delete context;
+}
+
+void PluginFrameworkPrivate::makeManagers()
+{
+    Q_Q(PluginFramework);
+    // The order of creation is the order of destruction of the framework's
+    // children; the configuration, made with the context, comes first.
+    context->pluginManager = new PluginManager(context, q);
+    context->eventManager = new EventManager(context, q);
+    context->serviceManager = new ServiceManager(context, q);
+    context->extensionManager = new ExtensionManager(context, q);
+
+    PluginManager *plugins = context->pluginManager;
+    ExtensionManager *extensions = context->extensionManager;
+    // Queued: extension files are parsed once the directory scan has returned to the event loop.
+    QObject::connect(plugins, &PluginManager::parsingExtensionFile, extensions, &ExtensionManager::parseExtensionFile,
+                     Qt::QueuedConnection);
+    // Queued like the announcements, so that it closes the scan after them.
+    QObject::connect(plugins, &PluginManager::directoryScanned, extensions, &ExtensionManager::scanFinished,
+                     Qt::QueuedConnection);
+    QObject::connect(extensions, &ExtensionManager::extensionFilesReady, q, &PluginFramework::extensionFilesReady);
+    QObject::connect(extensions, &ExtensionManager::requestStartingPlugin, plugins,
+                     QOverload<QString>::of(&PluginManager::start));
+    QObject::connect(extensions, &ExtensionManager::requestStoppingPlugin, plugins,
+                     QOverload<QString>::of(&PluginManager::stop));
+    QObject::connect(plugins, &PluginManager::loadingQueueChanged, extensions, &ExtensionManager::loadingQueueChanged);
 }
 
 void PluginFrameworkPrivate::setState(int newState)
@@ -62,7 +90,8 @@ PluginFramework::PluginFramework(QObject *parent)
     : QObject(*new PluginFrameworkPrivate, parent)
 {
     Q_D(PluginFramework);
-    d->context = new PluginFrameworkContext(this);
+    d->context = new PluginFrameworkContext(this, this);
+    d->makeManagers();
     connect(QCoreApplication::instance(), &QCoreApplication::aboutToQuit, this, &PluginFramework::stop);
 }
 

@@ -5,7 +5,7 @@
 #include "../extensionsystem_global.h"
 
 #include "../event/pluginevent.h"
-#include "timeline.h"
+#include "../core/timeline.h"
 
 #include <QtCore/QObject>
 

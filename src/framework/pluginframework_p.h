@@ -19,11 +19,15 @@ public:
     PluginFrameworkPrivate();
     ~PluginFrameworkPrivate() override;
 
+    // Makes the four managers into the context and ties them together.
+    void makeManagers();
     void setState(int newState);
     void runStopSequence();
 
     int state;
     PluginFrameworkContext *context;
+    // The facade's own error, written by a failed init() only; error() reads
+    // the context's pair instead, so nothing reads this one back.
     int error;
     QString errorString;
 };

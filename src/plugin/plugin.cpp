@@ -2,10 +2,10 @@
 #include "plugin.h"
 #include "plugin_p.h"
 
-#include <framework/debugoutput_p.h>
-#include <framework/pluginframeworkcontext.h>
-#include <framework/startjournal.h>
-#include <framework/timelinerecorder.h>
+#include <core/debugoutput_p.h>
+#include <core/pluginframeworkcontext.h>
+#include <core/startjournal.h>
+#include <core/timelinerecorder.h>
 #include <plugin/ipluginactivator.h>
 #include <plugin/pluginconstance.h>
 #include <plugin/plugincontext.h>

@@ -11,7 +11,7 @@
 #include <event/iservicelistener.h>
 #include <event/pluginevent.h>
 #include <extension/extensionmanager.h>
-#include <framework/pluginframeworkcontext.h>
+#include <core/pluginframeworkcontext.h>
 #include <plugin/plugin.h>
 #include <plugin/pluginmanager.h>
 #include <service/servicemanager.h>

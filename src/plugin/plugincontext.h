@@ -4,7 +4,7 @@
 
 #include "../extensionsystem_global.h"
 
-#include "../framework/pluginframeworkconfig.h"
+#include "../core/pluginframeworkconfig.h"
 #include "plugininfo.h"
 
 #include <QtCore/QDir>

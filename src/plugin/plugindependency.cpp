@@ -2,7 +2,7 @@
 #include "plugindependency.h"
 #include "plugindependency_p.h"
 
-#include <qtcompat_p.h>
+#include <core/qtcompat_p.h>
 
 namespace ExtensionSystem {
 

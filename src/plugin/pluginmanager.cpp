@@ -4,15 +4,15 @@
 
 #include <event/eventmanager.h>
 #include <event/pluginevent.h>
-#include <framework/debugoutput_p.h>
-#include <framework/pluginframeworkcontext.h>
-#include <framework/startjournal.h>
-#include <framework/timelinerecorder.h>
+#include <core/debugoutput_p.h>
+#include <core/pluginframeworkcontext.h>
+#include <core/startjournal.h>
+#include <core/timelinerecorder.h>
 #include <plugin/plugin.h>
 #include <plugin/pluginloadqueue.h>
 #include <plugin/pluginmetadata.h>
 #include <plugin/pluginresolver.h>
-#include <qtcompat_p.h>
+#include <core/qtcompat_p.h>
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QDebug>
@@ -418,14 +418,8 @@ QStringList PluginManager::loadQueue() const
 
 QString PluginManager::librarySuffix()
 {
-    // The one place that knows what a plug-in library is called on this platform.
-#if defined(Q_OS_WIN)
-    return QStringLiteral(".dll");
-#elif defined(Q_OS_DARWIN)
-    return QStringLiteral(".dylib");
-#else
-    return QStringLiteral(".so");
-#endif
+    // Chosen by the build, with the suffix the plug-in helper gives the modules it builds.
+    return QStringLiteral(ES_PLUGIN_SUFFIX);
 }
 
 QFileInfoList PluginManager::libraryFiles(const QDir &dir)

@@ -4,8 +4,8 @@
 
 #include "../extensionsystem_global.h"
 
-#include "../framework/pluginframeworkconfig.h"
-#include "plugincrash.h"
+#include "../core/pluginframeworkconfig.h"
+#include "../core/plugincrash.h"
 #include "plugininfo.h"
 #include "pluginproblem.h"
 
@@ -199,8 +199,9 @@ public:
     PluginCrash previousCrash() const;
 
     /*!
-        Returns the platform's file name suffix of a plug-in library: ".dll" on
-        Windows, ".dylib" on macOS, ".so" elsewhere.
+        Returns the file name suffix of a plug-in library on this platform, as
+        the build chose it for the plug-ins extensionsystem_add_plugin() makes:
+        ".dll" on Windows, ".dylib" on macOS, ".so" elsewhere.
     */
     static QString librarySuffix();
     /*!

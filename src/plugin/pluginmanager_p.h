@@ -5,7 +5,7 @@
 
 #include "pluginmanager.h"
 
-#include <plugin/plugincrash.h>
+#include <core/plugincrash.h>
 #include <plugin/pluginloadqueue.h>
 #include <plugin/pluginproblem.h>
 #include <plugin/pluginquarantine_p.h>

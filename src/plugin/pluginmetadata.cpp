@@ -2,8 +2,8 @@
 #include "pluginmetadata.h"
 #include "pluginmetadata_p.h"
 
-#include <framework/debugoutput_p.h>
-#include <qtcompat_p.h>
+#include <core/debugoutput_p.h>
+#include <core/qtcompat_p.h>
 
 #include "pluginconstance.h"
 

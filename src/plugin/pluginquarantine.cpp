@@ -2,8 +2,8 @@
 #include "pluginquarantine.h"
 #include "pluginquarantine_p.h"
 
-#include <framework/pluginframeworkconstance.h>
-#include <framework/startjournal.h>
+#include <core/pluginframeworkconstance.h>
+#include <core/startjournal.h>
 
 #include <QtCore/QCryptographicHash>
 #include <QtCore/QFile>

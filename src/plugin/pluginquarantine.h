@@ -4,7 +4,7 @@
 
 #include "../extensionsystem_global.h"
 
-#include "plugincrash.h"
+#include "../core/plugincrash.h"
 
 #include <QtCore/QList>
 #include <QtCore/QScopedPointer>

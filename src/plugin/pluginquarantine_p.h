@@ -5,7 +5,7 @@
 
 #include "pluginquarantine.h"
 
-#include <framework/fileidentity.h>
+#include <core/fileidentity.h>
 
 #include <QtCore/QDir>
 #include <QtCore/QFileInfo>

@@ -7,7 +7,7 @@
 
 #include <event/eventmanager.h>
 #include <event/serviceevent.h>
-#include <framework/pluginframeworkcontext.h>
+#include <core/pluginframeworkcontext.h>
 #include <plugin/plugin.h>
 
 namespace ExtensionSystem {

@@ -2,7 +2,7 @@
 #include "serviceproperty.h"
 
 #include <plugin/pluginconstance.h>
-#include <qtcompat_p.h>
+#include <core/qtcompat_p.h>
 
 namespace ExtensionSystem {
 

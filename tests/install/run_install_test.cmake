@@ -50,7 +50,7 @@ es_run(${CMAKE_COMMAND} -S ${ES_OUTSIDE_SOURCE} -B ${ES_OUTSIDE_BUILD}
     "-DCMAKE_EXE_LINKER_FLAGS=${flags}"
     "-DCMAKE_MODULE_LINKER_FLAGS=${flags}")
 es_run(${CMAKE_COMMAND} --build ${ES_OUTSIDE_BUILD} -j2)
-es_run(${ES_OUTSIDE_BUILD}/check_plugin ${ES_OUTSIDE_BUILD}/plugins/outside.plugin/outside.plugin.so)
+es_run(${ES_OUTSIDE_BUILD}/check_plugin ${ES_OUTSIDE_BUILD}/plugins/outside.plugin/outside.plugin${ES_PLUGIN_SUFFIX})
 if(NOT es_run_output MATCHES "on Qt ${ES_QT_MAJOR_VERSION}\\.")
     message(FATAL_ERROR "the outside project does not run on Qt ${ES_QT_MAJOR_VERSION}: ${es_run_output}")
 endif()
@@ -64,12 +64,12 @@ endif()
 # INSTALL_DESTINATION: the plug-in and its extension file, ready for a host's plugins/.
 set(app ${ES_OUTSIDE_BUILD}/installed/app)
 es_run(${CMAKE_COMMAND} --install ${ES_OUTSIDE_BUILD} --prefix ${ES_OUTSIDE_BUILD}/installed)
-foreach(file outside.plugin.so extension.xml)
+foreach(file outside.plugin${ES_PLUGIN_SUFFIX} extension.xml)
     if(NOT EXISTS ${app}/plugins/outside.plugin/${file})
         message(FATAL_ERROR "not installed: app/plugins/outside.plugin/${file}")
     endif()
 endforeach()
-es_run(${ES_OUTSIDE_BUILD}/check_plugin ${app}/plugins/outside.plugin/outside.plugin.so)
+es_run(${ES_OUTSIDE_BUILD}/check_plugin ${app}/plugins/outside.plugin/outside.plugin${ES_PLUGIN_SUFFIX})
 
 # A prefix moved elsewhere still runs its tools: they find the library relative to themselves.
 file(RENAME ${ES_PREFIX} ${ES_PREFIX}-moved)

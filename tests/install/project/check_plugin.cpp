@@ -7,6 +7,10 @@
 #include <ExtensionSystem/PluginMetaData>
 #include <ExtensionSystem/PluginProblem>
 #include <ExtensionSystem/PluginResolver>
+// Headers that moved keep compiling at their earlier installed paths.
+#include <ExtensionSystem/framework/pluginframeworkconfig.h>
+#include <ExtensionSystem/framework/pluginframeworkconstance.h>
+#include <ExtensionSystem/framework/timeline.h>
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QFileInfo>

@@ -4,6 +4,7 @@
 
 #include "extensionsystem_global.h"
 
+#include <QtCore/QObject>
 #include <QtCore/QSharedPointer>
 #include <QtCore/QString>
 
@@ -22,15 +23,20 @@ class TimelineRecorder;
 class ExtensionManager;
 
 // The record through which every component reaches the configuration and the
-// managers. It owns none of them: they are QObject children of the framework.
+// managers. It owns none of them: they are QObject children of the framework,
+// which makes them and fills the record. It sits beneath every subsystem, so it
+// knows the classes it points to by name only.
 class EXTENSIONSYSTEM_AUTOTEST_EXPORT PluginFrameworkContext
 {
 public:
-    explicit PluginFrameworkContext(PluginFramework *framework);
+    // Makes the configuration, the framework's first child, with owner, which is
+    // the framework seen as the QObject it is; the rest is set by the framework.
+    PluginFrameworkContext(PluginFramework *framework, QObject *owner);
     ~PluginFrameworkContext();
 
     PluginFrameworkConfig *config;
     PluginFramework *framework;
+    QObject *owner;
     PluginManager *pluginManager;
     EventManager *eventManager;
     ServiceManager *serviceManager;
@@ -48,6 +54,9 @@ public:
     int error;
     QString errorString;
 
+    // Stores the error and emits the framework's errorOccured(). Kept as the
+    // framework was designed, but nothing in the library calls it: the pair
+    // that PluginFramework::error() reads stays at 0 and "No Error".
     void handleError(int error, const QString &errorString);
 
 private:

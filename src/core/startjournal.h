@@ -5,7 +5,7 @@
 
 #include "extensionsystem_global.h"
 
-#include <plugin/plugincrash.h>
+#include "plugincrash.h"
 
 #include <QtCore/QByteArray>
 #include <QtCore/QDir>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "startjournal.h"
 
-#include <framework/debugoutput_p.h>
+#include "debugoutput_p.h"
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QDateTime>
