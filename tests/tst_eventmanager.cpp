@@ -66,7 +66,6 @@ class tst_EventManager : public QObject
 {
     Q_OBJECT
 private slots:
-    void initTestCase() { qRegisterMetaType<PluginEvent>("PluginEvent"); }
     void listenersNewestFirstAndRefusals();
     void changesDuringDelivery();
     void trackers();

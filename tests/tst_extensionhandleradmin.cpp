@@ -99,7 +99,6 @@ class tst_ExtensionHandlerAdmin : public QObject
 {
     Q_OBJECT
 private slots:
-    void initTestCase() { qRegisterMetaType<PluginEvent>("PluginEvent"); }
     void init()
     {
         resetApplicationDirectory();

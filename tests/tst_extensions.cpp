@@ -115,7 +115,6 @@ class tst_Extensions : public QObject
 {
     Q_OBJECT
 private slots:
-    void initTestCase() { qRegisterMetaType<PluginEvent>("PluginEvent"); }
     void init()
     {
         resetApplicationDirectory();

@@ -253,7 +253,6 @@ class tst_Faults : public QObject
 private slots:
     void initTestCase()
     {
-        qRegisterMetaType<PluginEvent>("PluginEvent");
         qInstallMessageHandler(captureMessage);
     }
     void init()

@@ -69,7 +69,6 @@ class tst_Lifecycle : public QObject
 {
     Q_OBJECT
 private slots:
-    void initTestCase() { qRegisterMetaType<PluginEvent>("PluginEvent"); }
     void init()
     {
         resetApplicationDirectory();
@@ -99,14 +98,16 @@ void tst_Lifecycle::dependencyChain()
     auto *manager = framework.findChild<PluginManager *>();
     QVERIFY(manager);
     QSignalSpy queueSpy(manager, &PluginManager::loadingQueueChanged);
-    QSignalSpy forwarded(&framework, &PluginFramework::pluginChanged);
+    // Counted, not spied: the library registers PluginEvent with the first plug-in context.
+    int forwarded = 0;
+    connect(&framework, &PluginFramework::pluginChanged, this, [&forwarded] { ++forwarded; });
 
     framework.init();
     QCOMPARE(framework.state(), int(PluginFramework::FrameworkInitialized));
     // A resolves at once and pulls b, then c, in behind it; its own 1>2 comes last.
     QCOMPARE(recorder.events, QStringList({"chain.c 1>2 1/3", "chain.b 1>2 2/3", "chain.a 2>4 3/3", "chain.b 2>4 3/3",
                                            "chain.c 2>4 3/3", "chain.a 1>2 3/3"}));
-    QCOMPARE(forwarded.count(), recorder.events.size());
+    QCOMPARE(forwarded, recorder.events.size());
     QCOMPARE(manager->loadQueue(), QStringList({"chain.a", "chain.b", "chain.c"}));
     QCOMPARE(queueSpy.count(), 1);
     QCOMPARE(queueSpy.at(0).at(0).toStringList(), manager->loadQueue());

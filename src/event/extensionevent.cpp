@@ -2,6 +2,8 @@
 #include "extensionevent.h"
 #include "eventdata_p.h"
 
+#include <core/metatype_p.h>
+
 namespace ExtensionSystem {
 
 namespace {
@@ -10,7 +12,7 @@ const int ExtensionEventType = 4;
 
 void registerMetaTypes()
 {
-    static const int actionType = qRegisterMetaType<ExtensionEvent::Action>("ExtensionSystem::ExtensionEvent::Action");
+    static const int actionType = Internal::registerMetaType<ExtensionEvent::Action>("ExtensionSystem::ExtensionEvent::Action");
     Q_UNUSED(actionType)
 }
 

@@ -2,6 +2,8 @@
 #include "frameworkevent.h"
 #include "eventdata_p.h"
 
+#include <core/metatype_p.h>
+
 namespace ExtensionSystem {
 
 namespace {
@@ -10,7 +12,7 @@ const int FrameworkEventType = 1;
 
 void registerMetaTypes()
 {
-    static const int actionType = qRegisterMetaType<FrameworkEvent::Action>("ExtensionSystem::FrameworkEvent::Action");
+    static const int actionType = Internal::registerMetaType<FrameworkEvent::Action>("ExtensionSystem::FrameworkEvent::Action");
     Q_UNUSED(actionType)
 }
 

@@ -2,6 +2,8 @@
 #include "pluginevent.h"
 #include "eventdata_p.h"
 
+#include <core/metatype_p.h>
+
 namespace ExtensionSystem {
 
 namespace {
@@ -10,7 +12,7 @@ const int PluginEventType = 2;
 
 void registerMetaTypes()
 {
-    static const int actionType = qRegisterMetaType<PluginEvent::Action>("ExtensionSystem::PluginEvent::Action");
+    static const int actionType = Internal::registerMetaType<PluginEvent::Action>("ExtensionSystem::PluginEvent::Action");
     Q_UNUSED(actionType)
 }
 

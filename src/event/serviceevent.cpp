@@ -2,6 +2,7 @@
 #include "serviceevent.h"
 #include "eventdata_p.h"
 
+#include <core/metatype_p.h>
 #include <service/serviceproperty.h>
 
 namespace ExtensionSystem {
@@ -12,8 +13,9 @@ const int ServiceEventType = 3;
 
 void registerMetaTypes()
 {
-    static const int actionType = qRegisterMetaType<ServiceEvent::Action>("ExtensionSystem::ServiceEvent::Action");
-    static const int propertyType = qRegisterMetaType<ServiceProperty>("ExtensionSystem::ServiceProperty");
+    static const int actionType =
+            Internal::registerMetaType<ServiceEvent::Action>("ExtensionSystem::ServiceEvent::Action");
+    static const int propertyType = Internal::registerMetaType<ServiceProperty>("ExtensionSystem::ServiceProperty");
     Q_UNUSED(actionType)
     Q_UNUSED(propertyType)
 }

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "exttype.h"
 
+#include <core/metatype_p.h>
+
 #include <QtCore/QCoreApplication>
 #include <QtCore/QVariantHash>
 
@@ -11,14 +13,15 @@ void registerMetaTypes()
 {
     // The full names come from Q_DECLARE_METATYPE; the short ones are how the
     // signals and slots of the extension classes spell the types.
-    qRegisterMetaType<PointList>();
-    qRegisterMetaType<DataList>();
-    qRegisterMetaType<Plugin>();
+    using Internal::registerMetaType;
+    registerMetaType<PointList>();
+    registerMetaType<DataList>();
+    registerMetaType<Plugin>();
 
-    qRegisterMetaType<QList<QVariantHash>>("QVariantHashList");
-    qRegisterMetaType<PointList>("ExtType::PointList");
-    qRegisterMetaType<DataList>("ExtType::DataList");
-    qRegisterMetaType<Plugin>("ExtType::Plugin");
+    registerMetaType<QList<QVariantHash>>("QVariantHashList");
+    registerMetaType<PointList>("ExtType::PointList");
+    registerMetaType<DataList>("ExtType::DataList");
+    registerMetaType<Plugin>("ExtType::Plugin");
 }
 
 Q_CONSTRUCTOR_FUNCTION(registerMetaTypes)

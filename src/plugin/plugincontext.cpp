@@ -2,6 +2,7 @@
 #include "plugincontext.h"
 #include "plugincontext_p.h"
 
+#include <core/metatype_p.h>
 #include <event/customizedevent.h>
 #include <event/eventmanager.h>
 #include <event/icustomizedlistener.h>
@@ -31,7 +32,7 @@ PluginContextPrivate::PluginContextPrivate(PluginFrameworkContext *context, Plug
 {
     // Tracked plug-in events may be delivered through queued connections. Once
     // per process: every registration compares the name with all known types.
-    static const int registered = qRegisterMetaType<PluginEvent>("PluginEvent");
+    static const int registered = registerMetaType<PluginEvent>("PluginEvent");
     Q_UNUSED(registered)
 }
 
