@@ -50,34 +50,48 @@ struct JournalSlot
     quint32 sequence;
     quint32 phase; // 0: outside plug-in code
     qint64 time; // ms since the epoch, when the phase began
-    quint32 nameLength;
+    quint32 nameLength; // in UTF-16 code units
     quint32 fileLength;
     quint32 checksum; // over the fields above and the text
     quint32 reserved;
-    char text[2016 - 32]; // the name, then the file, UTF-8, no terminator
+    // The name, then the file, as the QStrings hold them: copied, not converted.
+    char16_t text[(2016 - 32) / sizeof(char16_t)];
 };
 
 const int journalSize = 4096;
 static_assert(sizeof(JournalHeader) == 64, "the header is 64 bytes");
 static_assert(sizeof(JournalHeader) + 2 * sizeof(JournalSlot) == journalSize, "the journal is one page");
 
-quint32 checksum(const JournalSlot &slot)
+// FNV-1a over eight bytes at a time: enough to tell a record from garbage, and
+// quick, since every phase of every plug-in writes one; it guards against no one.
+const quint64 fnvBasis = 14695981039346656037ull;
+const quint64 fnvPrime = 1099511628211ull;
+
+quint32 textHash(const char16_t *text, size_t units)
 {
-    // FNV-1a: enough to tell a record from garbage; it guards against no one.
-    quint32 hash = 2166136261u;
-    const auto mix = [&hash](const void *data, size_t size) {
-        const auto *bytes = static_cast<const uchar *>(data);
-        for (size_t i = 0; i < size; ++i)
-            hash = (hash ^ bytes[i]) * 16777619u;
-    };
-    mix(&slot.sequence, sizeof slot.sequence);
-    mix(&slot.phase, sizeof slot.phase);
-    mix(&slot.time, sizeof slot.time);
-    mix(&slot.nameLength, sizeof slot.nameLength);
-    mix(&slot.fileLength, sizeof slot.fileLength);
-    mix(slot.text, qMin<size_t>(size_t(slot.nameLength) + slot.fileLength, sizeof slot.text));
-    return hash;
+    quint64 hash = fnvBasis;
+    const auto *bytes = reinterpret_cast<const uchar *>(text);
+    size_t size = units * sizeof(char16_t);
+    for (; size >= sizeof(quint64); size -= sizeof(quint64), bytes += sizeof(quint64)) {
+        quint64 word;
+        std::memcpy(&word, bytes, sizeof word);
+        hash = (hash ^ word) * fnvPrime;
+    }
+    for (; size > 0; --size, ++bytes)
+        hash = (hash ^ *bytes) * fnvPrime;
+    return quint32(hash ^ (hash >> 32));
 }
+
+quint32 checksum(const JournalSlot &slot, quint32 text)
+{
+    quint64 hash = fnvBasis ^ text;
+    for (const quint64 field : {quint64(slot.sequence), quint64(slot.phase), quint64(slot.time),
+                                quint64(slot.nameLength), quint64(slot.fileLength)})
+        hash = (hash ^ field) * fnvPrime;
+    return quint32(hash ^ (hash >> 32));
+}
+
+const size_t slotCapacity = sizeof(JournalSlot::text) / sizeof(char16_t);
 
 qint64 steadyMsecs()
 {
@@ -101,15 +115,16 @@ PluginCrash parseJournal(const QByteArray &bytes, QString *why)
     }
     JournalSlot slot;
     std::memcpy(&slot, bytes.constData() + sizeof header + header.current * sizeof slot, sizeof slot);
-    if (size_t(slot.nameLength) + slot.fileLength > sizeof slot.text || slot.checksum != checksum(slot)
+    if (size_t(slot.nameLength) + slot.fileLength > slotCapacity
+        || slot.checksum != checksum(slot, textHash(slot.text, size_t(slot.nameLength) + slot.fileLength))
         || slot.phase > PluginCrash::HandlerCall) {
         *why = QObject::tr("its record is damaged");
         return PluginCrash();
     }
     if (slot.phase == PluginCrash::NoPhase)
         return PluginCrash();
-    PluginCrash crash(QString::fromUtf8(slot.text, int(slot.nameLength)),
-                      QString::fromUtf8(slot.text + slot.nameLength, int(slot.fileLength)),
+    PluginCrash crash(QString::fromUtf16(slot.text, int(slot.nameLength)),
+                      QString::fromUtf16(slot.text + slot.nameLength, int(slot.fileLength)),
                       PluginCrash::Phase(slot.phase), QDateTime::fromMSecsSinceEpoch(slot.time, Qt::UTC));
     if (header.hangSequence == slot.sequence && header.hangMsecs > 0)
         crash.setHangSeconds(int((header.hangMsecs + 999) / 1000));
@@ -133,7 +148,7 @@ struct JournalFile
     }
 
     static std::unique_ptr<JournalFile> create(const QDir &directory);
-    void write(PluginCrash::Phase phase, qint64 time, const QByteArray &plugin, const QByteArray &file);
+    void write(PluginCrash::Phase phase, qint64 time, const QString &plugin, const QString &file);
     ~JournalFile();
 };
 
@@ -165,7 +180,7 @@ std::unique_ptr<JournalFile> JournalFile::create(const QDir &directory)
     JournalHeader *header = journal->header();
     std::memcpy(header->magic, journalMagic, sizeof journalMagic);
     header->pid = quint32(QCoreApplication::applicationPid());
-    journal->write(PluginCrash::NoPhase, 0, QByteArray(), QByteArray());
+    journal->write(PluginCrash::NoPhase, 0, QString(), QString());
     if (::rename(unfinished.constData(), QFile::encodeName(journal->path).constData()) != 0) {
         ::unlink(unfinished.constData());
         return nullptr;
@@ -173,18 +188,18 @@ std::unique_ptr<JournalFile> JournalFile::create(const QDir &directory)
     return journal;
 }
 
-void JournalFile::write(PluginCrash::Phase phase, qint64 time, const QByteArray &plugin, const QByteArray &file)
+void JournalFile::write(PluginCrash::Phase phase, qint64 time, const QString &plugin, const QString &file)
 {
     const quint32 next = 1 - header()->current;
     JournalSlot *target = slot(next);
     target->sequence = ++sequence;
     target->phase = quint32(phase);
     target->time = time;
-    target->nameLength = quint32(qMin<size_t>(size_t(plugin.size()), sizeof target->text));
-    target->fileLength = quint32(qMin<size_t>(size_t(file.size()), sizeof target->text - target->nameLength));
-    std::memcpy(target->text, plugin.constData(), target->nameLength);
-    std::memcpy(target->text + target->nameLength, file.constData(), target->fileLength);
-    target->checksum = checksum(*target);
+    target->nameLength = quint32(qMin<size_t>(size_t(plugin.size()), slotCapacity));
+    target->fileLength = quint32(qMin<size_t>(size_t(file.size()), slotCapacity - target->nameLength));
+    std::memcpy(target->text, plugin.utf16(), target->nameLength * sizeof(char16_t));
+    std::memcpy(target->text + target->nameLength, file.utf16(), target->fileLength * sizeof(char16_t));
+    target->checksum = checksum(*target, textHash(target->text, size_t(target->nameLength) + target->fileLength));
     // The record is whole before the header points at it.
     __atomic_store_n(&header()->current, next, __ATOMIC_RELEASE);
 }
@@ -208,7 +223,7 @@ std::unique_ptr<JournalFile> JournalFile::create(const QDir &)
     return nullptr;
 }
 
-void JournalFile::write(PluginCrash::Phase, qint64, const QByteArray &, const QByteArray &) { }
+void JournalFile::write(PluginCrash::Phase, qint64, const QString &, const QString &) { }
 
 JournalFile::~JournalFile() = default;
 
@@ -396,8 +411,7 @@ int StartJournal::watchdog() const
 
 void StartJournal::push(PluginCrash::Phase phase, const QString &plugin, const QString &file)
 {
-    stack.append({phase, plugin.toUtf8(), file.toUtf8(), QDateTime::currentMSecsSinceEpoch(),
-                  hangWatchdog ? steadyMsecs() : 0});
+    stack.append({phase, plugin, file, QDateTime::currentMSecsSinceEpoch(), hangWatchdog ? steadyMsecs() : 0});
     publish();
 }
 
@@ -413,7 +427,7 @@ void StartJournal::publish()
     if (!file->map)
         return;
     if (stack.isEmpty()) {
-        file->write(PluginCrash::NoPhase, 0, QByteArray(), QByteArray());
+        file->write(PluginCrash::NoPhase, 0, QString(), QString());
         if (hangWatchdog)
             hangWatchdog->publish(file->sequence, PluginCrash::NoPhase, 0, QByteArray());
         return;
@@ -421,7 +435,7 @@ void StartJournal::publish()
     const Entry &top = stack.constLast();
     file->write(top.phase, top.time, top.plugin, top.file);
     if (hangWatchdog)
-        hangWatchdog->publish(file->sequence, top.phase, top.began ? top.began : steadyMsecs(), top.plugin);
+        hangWatchdog->publish(file->sequence, top.phase, top.began ? top.began : steadyMsecs(), top.plugin.toUtf8());
 }
 
 StartJournal::Scope::Scope(PluginCrash::Phase phase, const QString &plugin, const QString &file)

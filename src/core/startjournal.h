@@ -76,8 +76,8 @@ private:
     struct Entry
     {
         PluginCrash::Phase phase;
-        QByteArray plugin;
-        QByteArray file;
+        QString plugin;
+        QString file;
         qint64 time; // ms since the epoch
         qint64 began; // steady clock, ms
     };
