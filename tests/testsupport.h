@@ -52,22 +52,25 @@ inline QString builtPlugin(const QString &name)
 }
 
 // Copies a built test plug-in into plugins/<directory>/ and returns its new path.
+// A plug-in that cannot be copied means the build is incomplete: nothing that
+// follows would mean anything, so the test program stops there.
 inline QString deployPlugin(const QString &name, const QString &directory = QString())
 {
     const QString dir = pluginsDir() + QLatin1Char('/') + (directory.isEmpty() ? name : directory);
     QDir().mkpath(dir);
     const QString target = dir + QLatin1Char('/') + name + QStringLiteral(ES_TEST_LIBRARY_SUFFIX);
     QFile::remove(target);
-    QFile::copy(builtPlugin(name), target);
+    if (!QFile::copy(builtPlugin(name), target))
+        qFatal("cannot copy the test plug-in %s to %s", qPrintable(builtPlugin(name)), qPrintable(target));
     return target;
 }
 
-inline void writeFile(const QString &path, const QByteArray &content)
+// Writes content to path, making its directory; false when that fails.
+[[nodiscard]] inline bool writeFile(const QString &path, const QByteArray &content)
 {
     QDir().mkpath(QFileInfo(path).absolutePath());
     QFile file(path);
-    if (file.open(QIODevice::WriteOnly))
-        file.write(content);
+    return file.open(QIODevice::WriteOnly) && file.write(content) == content.size() && file.flush();
 }
 
 // What the test plug-ins' activators recorded.

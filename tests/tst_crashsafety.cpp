@@ -148,8 +148,8 @@ void tst_CrashSafety::init()
         deployPlugin(QLatin1String(name));
     QFile::copy(QStringLiteral(ES_TEST_PLUGIN_DIR "/crash.prone/extension.xml"),
                 pluginsDir() + QStringLiteral("/crash.prone/extension.xml"));
-    writeFile(configDirectory() + QStringLiteral("/config.ini"),
-              "[PluginManager]\nloadEnabledPluginOnly=false\nwatchPluginsDirectory=false\n");
+    QVERIFY(writeFile(configDirectory() + QStringLiteral("/config.ini"),
+                      "[PluginManager]\nloadEnabledPluginOnly=false\nwatchPluginsDirectory=false\n"));
 }
 
 void tst_CrashSafety::deathInLoadOrStartIsQuarantined_data()
@@ -394,13 +394,13 @@ void tst_CrashSafety::damagedJournalsAndReadOnlyConfiguration()
         garbage[i] = char(i * 7 + 3);
     QByteArray header("ESJRNL1");
     header.append('\0');
-    writeFile(configDirectory() + QStringLiteral("/plugins-900001.journal"), garbage);
-    writeFile(configDirectory() + QStringLiteral("/plugins-900002.journal"), header + QByteArray(92, '\1'));
-    writeFile(configDirectory() + QStringLiteral("/plugins-900003.journal"), QByteArray());
+    QVERIFY(writeFile(configDirectory() + QStringLiteral("/plugins-900001.journal"), garbage));
+    QVERIFY(writeFile(configDirectory() + QStringLiteral("/plugins-900002.journal"), header + QByteArray(92, '\1')));
+    QVERIFY(writeFile(configDirectory() + QStringLiteral("/plugins-900003.journal"), QByteArray()));
     // A valid header pointing at a slot whose checksum does not match.
     QByteArray damaged = header + QByteArray(4096 - header.size(), '\0');
     damaged[68] = 4; // the first slot's phase, without its checksum
-    writeFile(configDirectory() + QStringLiteral("/plugins-900004.journal"), damaged);
+    QVERIFY(writeFile(configDirectory() + QStringLiteral("/plugins-900004.journal"), damaged));
 
     const HostRun run = runHost({});
     QVERIFY2(run.clean, qPrintable(run.err));
@@ -428,9 +428,9 @@ void tst_CrashSafety::quarantineTurnedOff()
     QCOMPARE(QDir(configDirectory()).entryList(QDir::Files | QDir::Hidden),
              QStringList({"config.ini", "extension.dat"}));
 
-    writeFile(configDirectory() + QStringLiteral("/config.ini"),
-              "[PluginManager]\nloadEnabledPluginOnly=false\nwatchPluginsDirectory=false\n"
-              "quarantineCrashedPlugins=false\n");
+    QVERIFY(writeFile(configDirectory() + QStringLiteral("/config.ini"),
+                      "[PluginManager]\nloadEnabledPluginOnly=false\nwatchPluginsDirectory=false\n"
+                      "quarantineCrashedPlugins=false\n"));
     const QByteArray config = digest(configDirectory() + QStringLiteral("/config.ini"));
     QVERIFY(!runHost({}, "start-segv").clean);
     // Off: the plug-in runs again; what ran when the host died is still told.

@@ -28,22 +28,17 @@ struct Run
     bool unchanged = false; // no file below the application directory changed
 };
 
+using TestSupport::writeFile;
+
 QString deploy(const QString &app, const QString &plugin, const QString &directory, const QString &file = QString())
 {
     const QString dir = app + QStringLiteral("/plugins/") + directory;
     QDir().mkpath(dir);
     const QString target =
             dir + QLatin1Char('/') + (file.isEmpty() ? plugin : file) + QStringLiteral(ES_TEST_LIBRARY_SUFFIX);
-    QFile::copy(QStringLiteral(ES_TEST_PLUGIN_DIR "/%1/%1" ES_TEST_LIBRARY_SUFFIX).arg(plugin), target);
+    if (!QFile::copy(TestSupport::builtPlugin(plugin), target))
+        qFatal("cannot copy the test plug-in %s to %s", qPrintable(plugin), qPrintable(target));
     return target;
-}
-
-void writeFile(const QString &path, const QByteArray &content)
-{
-    QDir().mkpath(QFileInfo(path).absolutePath());
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write(content);
 }
 
 // Every entry below a directory with its size and modification time.
@@ -132,7 +127,7 @@ private slots:
 
 private:
     QString app(const QString &name) const { return m_root.path() + QLatin1Char('/') + name; }
-    void makeExtensionStore(const QString &path);
+    bool makeExtensionStore(const QString &path);
 
     QTemporaryDir m_root;
     QHash<QString, Run> m_runs;
@@ -158,15 +153,17 @@ void tst_EsInspect::initTestCase()
     for (const char *broken : {"not.qtplugin", "unresolved.symbol", "unresolved.function"})
         m_loaderErrors.insert(QLatin1String(broken),
                               loaderError(deploy(mixed, QLatin1String(broken), QLatin1String(broken))));
-    writeFile(mixed + QStringLiteral("/plugins/garbage/garbage" ES_TEST_LIBRARY_SUFFIX), QByteArray(4096, '\x7f'));
+    QVERIFY(writeFile(mixed + QStringLiteral("/plugins/garbage/garbage" ES_TEST_LIBRARY_SUFFIX),
+                      QByteArray(4096, '\x7f')));
     m_loaderErrors.insert(QStringLiteral("garbage"),
                           loaderError(mixed + QStringLiteral("/plugins/garbage/garbage" ES_TEST_LIBRARY_SUFFIX)));
     deploy(mixed, QStringLiteral("chain.a.copy"), QStringLiteral("11_copy"));
     deploy(mixed, QStringLiteral("translated"), QStringLiteral("12_t"));
     deploy(mixed, QStringLiteral("self.dependency"), QStringLiteral("13_s"));
-    writeFile(mixed + QStringLiteral("/config/host/config.ini"),
-              "[Plugin]\ntranslated=\" DISABLE \"\nchain.c=Enable\n");
-    writeFile(mixed + QStringLiteral("/config/other/config.ini"), "[PluginManager]\nloadEnabledPluginOnly=true\n");
+    QVERIFY(writeFile(mixed + QStringLiteral("/config/host/config.ini"),
+                      "[Plugin]\ntranslated=\" DISABLE \"\nchain.c=Enable\n"));
+    QVERIFY(writeFile(mixed + QStringLiteral("/config/other/config.ini"),
+                      "[PluginManager]\nloadEnabledPluginOnly=true\n"));
     m_runs.insert(QStringLiteral("mixed"),
                   inspect(mixed, {QStringLiteral("--program"), QStringLiteral("host"), mixed}));
 
@@ -175,9 +172,9 @@ void tst_EsInspect::initTestCase()
     for (const char *name : {"chain.a", "chain.b", "chain.c", "no.dependency", "starter"})
         deploy(whitelist, QLatin1String(name), QLatin1String(name));
     deploy(whitelist, QStringLiteral("ext.host"), QStringLiteral("renamed"), QStringLiteral("renamed"));
-    writeFile(whitelist + QStringLiteral("/config/app/config.ini"),
-              "[PluginManager]\nloadEnabledPluginOnly=true\n"
-              "[Plugin]\nchain.b=enable\nchain.c=\"enable \"\nstarter=ENABLE\n");
+    QVERIFY(writeFile(whitelist + QStringLiteral("/config/app/config.ini"),
+                      "[PluginManager]\nloadEnabledPluginOnly=true\n"
+                      "[Plugin]\nchain.b=enable\nchain.c=\"enable \"\nstarter=ENABLE\n"));
     m_runs.insert(QStringLiteral("whitelist"), inspect(whitelist, {whitelist}));
 
     // No configuration at all, and a dependency that is simply not there.
@@ -192,8 +189,9 @@ void tst_EsInspect::initTestCase()
         deploy(clean, QLatin1String(name), QLatin1String(name));
     QFile::copy(QStringLiteral(ES_TEST_PLUGIN_DIR "/ext.supplier/extension.xml"),
                 clean + QStringLiteral("/plugins/ext.supplier/extension.xml"));
-    writeFile(clean + QStringLiteral("/config/host/config.ini"), "[PluginManager]\nloadEnabledPluginOnly=false\n");
-    makeExtensionStore(clean + QStringLiteral("/config/host/extension.dat"));
+    QVERIFY(writeFile(clean + QStringLiteral("/config/host/config.ini"),
+                      "[PluginManager]\nloadEnabledPluginOnly=false\n"));
+    QVERIFY(makeExtensionStore(clean + QStringLiteral("/config/host/extension.dat")));
     m_runs.insert(QStringLiteral("clean"), inspect(clean, {QStringLiteral("--extensions"), clean}));
 }
 
@@ -206,12 +204,13 @@ void tst_EsInspect::changesNoFile()
     }
 }
 
-void tst_EsInspect::makeExtensionStore(const QString &path)
+bool tst_EsInspect::makeExtensionStore(const QString &path)
 {
+    bool made = true;
     {
         QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("tst_esinspect"));
         db.setDatabaseName(path);
-        QVERIFY(db.open());
+        made = db.open();
         QSqlQuery query(db);
         for (const char *sql :
              {"CREATE TABLE IF NOT EXISTS `tbl_plugin` (`plug_id`\tINTEGER PRIMARY KEY AUTOINCREMENT UNIQUE,"
@@ -226,10 +225,11 @@ void tst_EsInspect::makeExtensionStore(const QString &path)
               "'<ExtPoint id=\"test.point\"/>');",
               "INSERT INTO tbl_extdata (ed_point, ed_plugin, ed_extPlugin, ed_data) VALUES ('test.point', "
               "'ext.supplier', 'ext.host', '<ExtData id=\"test.point\"><Item title=\"Größe ändern\"/></ExtData>');"})
-            QVERIFY2(query.exec(QString::fromUtf8(sql)), sql);
+            made = made && query.exec(QString::fromUtf8(sql));
         db.close();
     }
     QSqlDatabase::removeDatabase(QStringLiteral("tst_esinspect"));
+    return made;
 }
 
 void tst_EsInspect::reasons_data()

@@ -161,7 +161,7 @@ void tst_ExtensionHandlerAdmin::adminMakesAddsAndRemovesHandlers()
     QTest::ignoreMessage(QtDebugMsg,
                          "[ERROR] plugin: \"ext.admin\" - ExtensionHandlerAdmin: -1 - \"The callback is not exists\"");
     admin->removeExtensionHandler(QStringLiteral("admin.none"));
-    QCOMPARE(admin->error(), -1);
+    QCOMPARE(admin->error(), int(ExtensionHandlerAdmin::CallbackNotExists));
 
     // Asking again for a present id gives the same callback and registers nothing:
     // taken off its item, it stays off.
@@ -172,13 +172,13 @@ void tst_ExtensionHandlerAdmin::adminMakesAddsAndRemovesHandlers()
              callback);
     QVERIFY(!p.first->extensionHandler());
     QCOMPARE(admin->childCount(), 2);
-    QCOMPARE(admin->error(), -1);
+    QCOMPARE(admin->error(), int(ExtensionHandlerAdmin::CallbackNotExists));
 
     // A new id is made and registered: it waits in the point and meets its item when it comes.
     ExtensionHandler *third = admin->makeExtensionHandler(QStringLiteral("admin.third"), QStringLiteral("ext.admin"),
                                                           QStringLiteral("ext.host"), QStringLiteral("test.point"));
     QVERIFY(third && third != callback);
-    QCOMPARE(admin->error(), 0);
+    QCOMPARE(admin->error(), int(ExtensionHandlerAdmin::NoError));
     QCOMPARE(admin->errorString(), QStringLiteral("No Error"));
     p.point->updateExtensionText({QStringLiteral("<ExtData plugin=\"ext.admin\" extPlugin=\"ext.host\">"
                                                  "<Item id=\"admin.third\"/></ExtData>")});
@@ -188,14 +188,14 @@ void tst_ExtensionHandlerAdmin::adminMakesAddsAndRemovesHandlers()
     auto *own = new OwnHandler(QStringLiteral("admin.own"), QStringLiteral("ext.admin"), QStringLiteral("test.point"),
                                QStringLiteral("ext.host"));
     admin->addExtensionHandler(own);
-    QCOMPARE(admin->error(), 0);
+    QCOMPARE(admin->error(), int(ExtensionHandlerAdmin::NoError));
     QCOMPARE(own->parent(), static_cast<Object *>(admin));
     OwnHandler taken(QStringLiteral("admin.second"), QStringLiteral("ext.admin"), QStringLiteral("test.point"),
                      QStringLiteral("ext.host"));
     QTest::ignoreMessage(QtDebugMsg,
                          "[ERROR] plugin: \"ext.admin\" - ExtensionHandlerAdmin: -2 - \"The callback is not exists\"");
     admin->addExtensionHandler(&taken);
-    QCOMPARE(admin->error(), -2);
+    QCOMPARE(admin->error(), int(ExtensionHandlerAdmin::CallbackExists));
     QVERIFY(!taken.parent());
     QCOMPARE(p.second->extensionHandler(), admin->findExtensionHandler(QStringLiteral("admin.second")));
 
@@ -254,10 +254,10 @@ void tst_ExtensionHandlerAdmin::callbacksAndFailuresWithoutAPlugin()
                           "-3 The callback is invalid", "-4 The PluginContext is NULL, cannot generate callback",
                           "-1 The callback is not exists", "-1 The callback is not exists",
                           "-1 The callback is not exists"}));
-    QCOMPARE(admin.error(), -1);
+    QCOMPARE(admin.error(), int(ExtensionHandlerAdmin::CallbackNotExists));
     QVERIFY(!fresh.parent());
     admin.clearError();
-    QCOMPARE(admin.error(), 0);
+    QCOMPARE(admin.error(), int(ExtensionHandlerAdmin::NoError));
     QCOMPARE(admin.errorString(), QStringLiteral("No Error"));
     admin.setError(0, QStringLiteral("quiet"));
     QCOMPARE(admin.errors.size(), 7);
@@ -277,7 +277,7 @@ void tst_ExtensionHandlerAdmin::callbacksAndFailuresWithoutAPlugin()
     QTest::ignoreMessage(QtDebugMsg, "[ERROR] plugin: \"\" - ExtensionHandlerAdmin: -4 - \"The PluginContext is NULL, "
                                      "cannot generate callback\"");
     QVERIFY(!plain.makeExtensionHandler(QStringLiteral("y"), QString(), QString(), QString()));
-    QCOMPARE(plain.error(), -4);
+    QCOMPARE(plain.error(), int(ExtensionHandlerAdmin::NoPluginContext));
     plain.removeExtensionHandler(QStringLiteral(" x "));
     QCOMPARE(plain.childCount(), 0);
 }

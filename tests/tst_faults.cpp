@@ -192,7 +192,7 @@ int dataOf(int n)
 }
 const int GeneratedFiles = 40;
 
-void writeGeneratedExtensions()
+bool writeGeneratedExtensions()
 {
     for (int n = 0; n < GeneratedFiles; ++n) {
         QByteArray xml = "<Plugin id=\"gen." + QByteArray::number(n) + "\"><ExtPointSet>";
@@ -205,8 +205,10 @@ void writeGeneratedExtensions()
                    + "\" extPlugin=\"nobody\"><Item id=\"" + QByteArray::number(d) + "\" text=\"" + QByteArray(200, 'x')
                    + "\"/></ExtData>";
         xml += "</ExtDataSet></Plugin>";
-        writeFile(pluginsDir() + QStringLiteral("/gen_%1/extension.xml").arg(n, 2, 10, QLatin1Char('0')), xml);
+        if (!writeFile(pluginsDir() + QStringLiteral("/gen_%1/extension.xml").arg(n, 2, 10, QLatin1Char('0')), xml))
+            return false;
     }
+    return true;
 }
 
 // The output of "faulthelper host": key to the lines that start with it.
@@ -251,10 +253,7 @@ class tst_Faults : public QObject
 {
     Q_OBJECT
 private slots:
-    void initTestCase()
-    {
-        qInstallMessageHandler(captureMessage);
-    }
+    void initTestCase() { qInstallMessageHandler(captureMessage); }
     void init()
     {
         QFile::remove(appDir() + QStringLiteral("/config")); // the file that stood in for the directory
@@ -332,7 +331,7 @@ void tst_Faults::unusableStoreIsMovedAside()
         const QByteArray content = kind == QLatin1String("garbage") ? QByteArray("this is no database\n").repeated(100)
                                    : kind == QLatin1String("zeros") ? QByteArray(8192, '\0')
                                                                     : QByteArray();
-        writeFile(store, content);
+        QVERIFY(writeFile(store, content));
         QVERIFY(QFileInfo::exists(store));
     }
     const QByteArray before = fileHash(store);
@@ -456,7 +455,7 @@ void tst_Faults::storeIsLockedByAnotherProcess()
 void tst_Faults::configDirectoryCannotBeMade()
 {
     deployExtensionPlugins();
-    writeFile(appDir() + QStringLiteral("/config"), "a file where the directory belongs\n");
+    QVERIFY(writeFile(appDir() + QStringLiteral("/config"), "a file where the directory belongs\n"));
     QTemporaryDir working;
     QVERIFY(working.isValid());
     const auto restoreCurrent = qScopeGuard([previous = QDir::currentPath()] { QDir::setCurrent(previous); });
@@ -486,7 +485,7 @@ void tst_Faults::configDirectoryCannotBeMade()
 void tst_Faults::storeSurvivesKillWhileWriting()
 {
     deployExtensionPlugins();
-    writeGeneratedExtensions();
+    QVERIFY(writeGeneratedExtensions());
     const QString config = configDirOf(QStringLiteral("faulthelper"));
     const QString store = config + QStringLiteral("/extension.dat");
     QDir(config).removeRecursively();
@@ -635,14 +634,15 @@ void tst_Faults::faultMatrix()
     QByteArray garbage(64 * 1024, '\0');
     for (char &c : garbage)
         c = char(random.bounded(256));
-    writeFile(pluginsDir() + QStringLiteral("/garbage/garbage" ES_TEST_LIBRARY_SUFFIX), garbage);
+    QVERIFY(writeFile(pluginsDir() + QStringLiteral("/garbage/garbage" ES_TEST_LIBRARY_SUFFIX), garbage));
     for (const char *name : {"unresolved.function", "unresolved.data", "not.qtplugin", "not.activator", "no.metadata",
                              "meta.empty", "meta.binary", "meta.nosymbolic", "no.dependency"})
         deployPlugin(QString::fromLatin1(name));
     // Extension files beside libraries that install, so that each is announced and read.
-    writeFile(pluginsDir() + QStringLiteral("/no.dependency/extension.xml"), "<Plugin id=\"broken\"><ExtDataSet>");
-    writeFile(pluginsDir() + QStringLiteral("/not.activator/extension.xml"), garbage.left(4096));
-    writeFile(pluginsDir() + QStringLiteral("/meta.nosymbolic/extension.xml"), nestedXml(100000));
+    QVERIFY(writeFile(pluginsDir() + QStringLiteral("/no.dependency/extension.xml"),
+                      "<Plugin id=\"broken\"><ExtDataSet>"));
+    QVERIFY(writeFile(pluginsDir() + QStringLiteral("/not.activator/extension.xml"), garbage.left(4096)));
+    QVERIFY(writeFile(pluginsDir() + QStringLiteral("/meta.nosymbolic/extension.xml"), nestedXml(100000)));
 
     const QString config = configDirOf(QStringLiteral("faulthelper"));
     const QString storePath = config + QStringLiteral("/extension.dat");
@@ -658,7 +658,7 @@ void tst_Faults::faultMatrix()
             locker.kill();
     });
     if (store == QLatin1String("corrupt")) {
-        writeFile(storePath, QByteArray("not a database\n").repeated(500));
+        QVERIFY(writeFile(storePath, QByteArray("not a database\n").repeated(500)));
     } else {
         const HostRun first = runHost(names); // a working store to begin with
         QCOMPARE(first.exitCode, 0);

@@ -143,7 +143,7 @@ void tst_Lifecycle::dependencyChain()
     QCOMPARE(errors.count(), 3);
     const QStringList expected = {QStringLiteral("chain.c"), QStringLiteral("chain.b"), QStringLiteral("chain.a")};
     for (int i = 0; i < 3; ++i) {
-        QCOMPARE(errors.at(i).at(0).toInt(), 8);
+        QCOMPARE(errors.at(i).at(0).toInt(), int(PluginManager::NotActiveError));
         QCOMPARE(errors.at(i).at(1).toString(),
                  QStringLiteral("Cannot stop plugin: %1, that is not actived").arg(expected.at(i)));
     }
@@ -162,7 +162,7 @@ void tst_Lifecycle::frameworkStates()
         QSignalSpy stateChanged(&framework, &PluginFramework::stateChanged);
         framework.stop();
         QCOMPARE(states.transitions, QStringList({"0>4", "4>2"}));
-        QCOMPARE(framework.state(), 2);
+        QCOMPARE(framework.state(), int(PluginFramework::FrameworkInitialized));
         QCOMPARE(stopped.count(), 1);
 
         states.transitions.clear();
@@ -207,7 +207,7 @@ void tst_Lifecycle::quitRunsStopTwice()
     QCOMPARE(states.transitions, QStringList({"16>4", "4>2", "2>4", "4>2"}));
     // The second run finds the plug-in stopped already.
     QCOMPARE(errors.count(), 1);
-    QCOMPARE(errors.at(0).at(0).toInt(), 8);
+    QCOMPARE(errors.at(0).at(0).toInt(), int(PluginManager::NotActiveError));
     QCOMPARE(pluginLog(), QStringList({"start:chain.a", "stop:chain.a"}));
     eventManagerOf(&framework)->unregisterListener(&states);
 }
@@ -218,11 +218,11 @@ void tst_Lifecycle::missingPluginsDirectory()
     QSignalSpy errors(&framework, &PluginFramework::errorOccured);
     QSignalSpy initialized(&framework, &PluginFramework::initialized);
     framework.init();
-    QCOMPARE(framework.state(), 0);
-    QCOMPARE(framework.error(), 0);
+    QCOMPARE(framework.state(), int(PluginFramework::FrameworkUninitialized));
+    QCOMPARE(framework.error(), int(PluginFramework::NoError));
     QCOMPARE(framework.errorString(), QStringLiteral("No Error"));
     QCOMPARE(errors.count(), 1);
-    QCOMPARE(errors.at(0).at(0).toInt(), 1);
+    QCOMPARE(errors.at(0).at(0).toInt(), int(PluginFramework::PluginsDirMissingError));
     QCOMPARE(errors.at(0).at(1).toString(), QStringLiteral("The Plugins Directory not exists"));
     QCOMPARE(initialized.count(), 0);
 
@@ -239,8 +239,8 @@ void tst_Lifecycle::blackAndWhiteLists()
     deployPlugin(QStringLiteral("chain.a"), QStringLiteral("1_a"));
     deployPlugin(QStringLiteral("chain.b"), QStringLiteral("2_b"));
     deployPlugin(QStringLiteral("chain.c"), QStringLiteral("3_c"));
-    writeFile(configFile(), "[PluginManager]\nloadEnabledPluginOnly=true\n"
-                            "[Plugin]\nchain.a=enable\nchain.b= ENABLE \nchain.c=disable\n");
+    QVERIFY(writeFile(configFile(), "[PluginManager]\nloadEnabledPluginOnly=true\n"
+                                    "[Plugin]\nchain.a=enable\nchain.b= ENABLE \nchain.c=disable\n"));
 
     PluginFramework framework;
     auto *manager = framework.findChild<PluginManager *>();
@@ -252,7 +252,7 @@ void tst_Lifecycle::blackAndWhiteLists()
     QVERIFY(manager->find(QStringLiteral("chain.b"))); // trimmed and folded: enabled
     QVERIFY(!manager->find(QStringLiteral("chain.c")));
     QCOMPARE(errors.count(), 1);
-    QCOMPARE(errors.at(0).at(0).toInt(), 9);
+    QCOMPARE(errors.at(0).at(0).toInt(), int(PluginManager::BlacklistedError));
     QCOMPARE(errors.at(0).at(1).toString(), QStringLiteral("Plugin: 'chain.c' in the blacklist, cannot install it!"));
     // The refused plug-in stays visible with its policy.
     const PluginInfo refused = manager->pluginInfo(QStringLiteral("chain.c"));
@@ -264,7 +264,7 @@ void tst_Lifecycle::blackAndWhiteLists()
     resetApplicationDirectory();
     deployPlugin(QStringLiteral("chain.a"));
     deployPlugin(QStringLiteral("translated"));
-    writeFile(configFile(), "[PluginManager]\nloadEnabledPluginOnly=true\n[Plugin]\nchain.a=enable\n");
+    QVERIFY(writeFile(configFile(), "[PluginManager]\nloadEnabledPluginOnly=true\n[Plugin]\nchain.a=enable\n"));
     PluginFramework second;
     auto *secondManager = second.findChild<PluginManager *>();
     QSignalSpy secondErrors(secondManager, &PluginManager::errorOccured);
@@ -272,7 +272,7 @@ void tst_Lifecycle::blackAndWhiteLists()
     QVERIFY(secondManager->find(QStringLiteral("chain.a")));
     QVERIFY(!secondManager->find(QStringLiteral("translated")));
     QCOMPARE(secondErrors.count(), 1);
-    QCOMPARE(secondErrors.at(0).at(0).toInt(), 10);
+    QCOMPARE(secondErrors.at(0).at(0).toInt(), int(PluginManager::NotWhitelistedError));
 }
 
 void tst_Lifecycle::stopAProviderOfADiamond()
@@ -332,7 +332,7 @@ void tst_Lifecycle::uninstallAndReinstall()
 
     manager->install(QFileInfo(file));
     QCOMPARE(errors.count(), 1);
-    QCOMPARE(errors.at(0).at(0).toInt(), 4);
+    QCOMPARE(errors.at(0).at(0).toInt(), int(PluginManager::AlreadyInstalledError));
     QCOMPARE(errors.at(0).at(1).toString(),
              QStringLiteral("The specified plugin has been installed, file: %1").arg(file));
     QVERIFY(!manager->find(QStringLiteral("chain.a")));
@@ -341,8 +341,8 @@ void tst_Lifecycle::uninstallAndReinstall()
     errors.clear();
     framework.stop();
     QCOMPARE(errors.count(), 2);
-    QCOMPARE(errors.at(0).at(0).toInt(), 8); // chain.b is already stopped
-    QCOMPARE(errors.at(1).at(0).toInt(), 3);
+    QCOMPARE(errors.at(0).at(0).toInt(), int(PluginManager::NotActiveError)); // chain.b is already stopped
+    QCOMPARE(errors.at(1).at(0).toInt(), int(PluginManager::InvalidPluginError));
     QCOMPARE(errors.at(1).at(1).toString(), QStringLiteral("Cannot stop plugin, that is invalid"));
 
     errors.clear();
@@ -404,7 +404,7 @@ void tst_Lifecycle::pluginContextOperations()
     QSignalSpy errors(manager, &PluginManager::errorOccured);
     context->startPlugin(QString());
     QCOMPARE(errors.count(), 1);
-    QCOMPARE(errors.at(0).at(0).toInt(), 6);
+    QCOMPARE(errors.at(0).at(0).toInt(), int(PluginManager::NotInstalledError));
     context->startPlugin(QStringLiteral("chain.b"));
     QCOMPARE(manager->find(QStringLiteral("chain.a"))->state(), int(PluginInfo::Active));
     QCOMPARE(receiver.received.size(), 4);

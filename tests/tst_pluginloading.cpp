@@ -41,7 +41,7 @@ void tst_PluginLoading::unresolvablePlugins()
     deployPlugin(QStringLiteral("no.dependency"), QStringLiteral("n"));
     QDir().mkpath(pluginsDir() + QStringLiteral("/empty"));
     // Holds an extension file but no library: nothing is announced for it.
-    writeFile(pluginsDir() + QStringLiteral("/empty/extension.xml"), "<Plugin id=\"none\"/>");
+    QVERIFY(writeFile(pluginsDir() + QStringLiteral("/empty/extension.xml"), "<Plugin id=\"none\"/>"));
 
     PluginFramework framework;
     auto *manager = framework.findChild<PluginManager *>();
@@ -96,9 +96,9 @@ void tst_PluginLoading::lastLibraryOfADirectoryDecidesItsExtensionFile()
     deployPlugin(QStringLiteral("chain.b"), QStringLiteral("2_first_refused"));
     deployPlugin(QStringLiteral("cycle.x"), QStringLiteral("2_first_refused"));
     for (const char *dir : {"1_last_refused", "2_first_refused"})
-        writeFile(pluginsDir() + QLatin1Char('/') + QLatin1String(dir) + QStringLiteral("/extension.xml"),
-                  "<Plugin id=\"x\"/>");
-    writeFile(configFile(), "[Plugin]\nwrong.version=disable\nchain.b=disable\n");
+        QVERIFY(writeFile(pluginsDir() + QLatin1Char('/') + QLatin1String(dir) + QStringLiteral("/extension.xml"),
+                          "<Plugin id=\"x\"/>"));
+    QVERIFY(writeFile(configFile(), "[Plugin]\nwrong.version=disable\nchain.b=disable\n"));
 
     PluginFramework framework;
     auto *manager = framework.findChild<PluginManager *>();
@@ -172,8 +172,8 @@ void tst_PluginLoading::problemsNameTheReasonAndWhatItConcerns()
     deployPlugin(QStringLiteral("wrong.version"), QStringLiteral("4_w"));
     deployPlugin(QStringLiteral("self.dependency"), QStringLiteral("5_self"));
     deployPlugin(QStringLiteral("translated"), QStringLiteral("6_t"));
-    writeFile(configFile(), "[PluginManager]\nloadEnabledPluginOnly=true\n[Plugin]\nchain.a=\" Disable \"\n"
-                            "chain.b=enable\nchain.c=enable\nself.dependency=enable\ntranslated=enable\n");
+    QVERIFY(writeFile(configFile(), "[PluginManager]\nloadEnabledPluginOnly=true\n[Plugin]\nchain.a=\" Disable \"\n"
+                                    "chain.b=enable\nchain.c=enable\nself.dependency=enable\ntranslated=enable\n"));
 
     PluginFramework framework;
     auto *manager = framework.findChild<PluginManager *>();
@@ -219,7 +219,8 @@ void tst_PluginLoading::problemsNameTheReasonAndWhatItConcerns()
 
 void tst_PluginLoading::brokenLibraries()
 {
-    writeFile(pluginsDir() + QStringLiteral("/1_garbage/garbage" ES_TEST_LIBRARY_SUFFIX), QByteArray(4096, '\x7f'));
+    QVERIFY(writeFile(pluginsDir() + QStringLiteral("/1_garbage/garbage" ES_TEST_LIBRARY_SUFFIX),
+                      QByteArray(4096, '\x7f')));
     deployPlugin(QStringLiteral("unresolved.symbol"), QStringLiteral("2_unresolved"));
     deployPlugin(QStringLiteral("not.qtplugin"), QStringLiteral("3_notqt"));
     deployPlugin(QStringLiteral("no.metadata"), QStringLiteral("4_nometa"));
@@ -237,7 +238,7 @@ void tst_PluginLoading::brokenLibraries()
         Plugin *plugin = manager->find(QString::fromLatin1(name));
         QVERIFY2(plugin, name);
         QCOMPARE(plugin->state(), int(PluginInfo::Installed));
-        QCOMPARE(plugin->error(), 7);
+        QCOMPARE(plugin->error(), int(Plugin::InstanceError));
         QVERIFY(plugin->errorString().startsWith(QStringLiteral("Cannot instance plugin library: ")));
         QVERIFY(!plugin->metaData());
         QVERIFY(manager->pluginInfo(QString::fromLatin1(name)).symbolic().isEmpty());
@@ -245,13 +246,13 @@ void tst_PluginLoading::brokenLibraries()
     // A Qt plug-in without the metadata resource: an empty name and the reader's error.
     Plugin *noMeta = manager->find(QString());
     QVERIFY(noMeta);
-    QCOMPARE(noMeta->error(), 1);
+    QCOMPARE(noMeta->error(), int(PluginMetaData::OpenError));
     QCOMPARE(noMeta->errorString(), QStringLiteral("Cannot open the meta file: :/no.metadata/META-DATA/META.INF"));
     QCOMPARE(noMeta->state(), int(PluginInfo::Installed));
 
     // A second file with a known name is refused and the first one stays.
     QCOMPARE(errors.count(), 1);
-    QCOMPARE(errors.at(0).at(0).toInt(), 5);
+    QCOMPARE(errors.at(0).at(0).toInt(), int(PluginManager::SymbolicTakenError));
     QCOMPARE(errors.at(0).at(1).toString(), QStringLiteral("Exists the same symbolic, symbolic: chain.a"));
     QCOMPARE(manager->find(QStringLiteral("chain.a"))->version(), QStringLiteral("1.0.0"));
 
@@ -260,13 +261,13 @@ void tst_PluginLoading::brokenLibraries()
     framework.start();
     Plugin *notActivator = manager->find(QStringLiteral("not.activator"));
     QCOMPARE(notActivator->state(), int(PluginInfo::Resolved));
-    QCOMPARE(notActivator->error(), 8);
+    QCOMPARE(notActivator->error(), int(Plugin::NoActivatorError));
     QVERIFY(notActivator->errorString().contains(QStringLiteral("extensionsystem.ipluginactivator/1.0")));
     QCOMPARE(manager->find(QStringLiteral("chain.a"))->state(), int(PluginInfo::Active));
     // The error it holds refuses its uninstall.
     manager->uninstall(QStringLiteral("not.activator"));
     QVERIFY(manager->find(QStringLiteral("not.activator")));
-    QCOMPARE(errors.last().at(0).toInt(), 8);
+    QCOMPARE(errors.last().at(0).toInt(), int(Plugin::NoActivatorError));
 }
 
 void tst_PluginLoading::pluginStateMachine()
@@ -281,13 +282,13 @@ void tst_PluginLoading::pluginStateMachine()
     QSignalSpy states(plugin, &Plugin::stateChanged);
 
     plugin->stop(); // Resolved: not active
-    QCOMPARE(plugin->error(), 3);
+    QCOMPARE(plugin->error(), int(Plugin::NotActiveError));
     QCOMPARE(plugin->errorString(), QStringLiteral("The Plugin: %1 is not actived"));
     QCOMPARE(states.count(), 0);
 
     plugin->start();
     QCOMPARE(plugin->state(), int(PluginInfo::Active));
-    QCOMPARE(plugin->error(), 0);
+    QCOMPARE(plugin->error(), int(Plugin::NoError));
     QCOMPARE(states.count(), 2);
     plugin->start(); // silent while active
     QCOMPARE(states.count(), 2);
@@ -297,9 +298,10 @@ void tst_PluginLoading::pluginStateMachine()
 
     Plugin *installed = manager->find(QStringLiteral("no.dependency"));
     installed->start();
-    QCOMPARE(installed->error(), 4);
+    QCOMPARE(installed->error(), int(Plugin::NotResolvedError));
     QVERIFY(installed->errorString().startsWith(QStringLiteral("The Plugin: /")));
-    QVERIFY(installed->errorString().endsWith(QStringLiteral("/no.dependency" ES_TEST_LIBRARY_SUFFIX " is not resolved, dependency: ")));
+    QVERIFY(installed->errorString().endsWith(
+            QStringLiteral("/no.dependency" ES_TEST_LIBRARY_SUFFIX " is not resolved, dependency: ")));
     QCOMPARE(errors.count(), 1);
     framework.stop();
 }
@@ -307,9 +309,9 @@ void tst_PluginLoading::pluginStateMachine()
 void tst_PluginLoading::translationLoadedBesideThePlugin()
 {
     const QString file = deployPlugin(QStringLiteral("translated"));
-    writeFile(QFileInfo(file).absolutePath() + QStringLiteral("/languages/") + QLocale::system().name()
-                      + QStringLiteral(".qm"),
-              makeTranslation("TestActivator", "hello", QStringLiteral("hallo")));
+    QVERIFY(writeFile(QFileInfo(file).absolutePath() + QStringLiteral("/languages/") + QLocale::system().name()
+                              + QStringLiteral(".qm"),
+                      makeTranslation("TestActivator", "hello", QStringLiteral("hallo"))));
     deployPlugin(QStringLiteral("chain.a")); // has no translation: starts normally
 
     PluginFramework framework;

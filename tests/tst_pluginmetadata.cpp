@@ -195,14 +195,14 @@ void tst_PluginMetaData::badFiles()
     QTest::ignoreMessage(QtDebugMsg,
                          QRegularExpression("^\\[ERROR\\] > Cannot open the meta file: .*missing/META.INF"));
     PluginMetaData none(missing);
-    QCOMPARE(none.error(), 1);
+    QCOMPARE(none.error(), int(PluginMetaData::OpenError));
     QCOMPARE(none.errorString(), "Cannot open the meta file: " + missing);
     QVERIFY(!none.isValid());
     QCOMPARE(none.filepath(), missing);
 
     QTest::ignoreMessage(QtDebugMsg, QRegularExpression("^\\[ERROR\\] > Cannot open the meta file: "));
     PluginMetaData directory(m_dir.path());
-    QCOMPARE(directory.error(), 1);
+    QCOMPARE(directory.error(), int(PluginMetaData::OpenError));
 
     // Binary data: lines cut at NUL bytes, never a crash, and a later text line still counts.
     QByteArray binary;
@@ -210,7 +210,7 @@ void tst_PluginMetaData::badFiles()
     for (int i = 0; i < 1 << 16; ++i)
         binary.append(char(random.bounded(256)));
     QVERIFY(!binary.toLower().contains("symbolic"));
-    QCOMPARE(read(binary)->error(), 2);
+    QCOMPARE(read(binary)->error(), int(PluginMetaData::FormatError));
     const auto mixed = read(binary + "\nsymbolic: bin\n" + binary);
     QVERIFY(mixed->isValid());
     QCOMPARE(mixed->symbolic(), QString("bin"));

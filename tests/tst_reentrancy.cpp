@@ -144,8 +144,8 @@ void tst_Reentrancy::listenerUninstallsDuringDelivery()
         framework.stop();
         QCOMPARE(pluginLog().last(), QStringLiteral("stop:chain.a"));
         QCOMPARE(errors.count(), 2);
-        QCOMPARE(errors.at(0).at(0).toInt(), 8); // chain.c, resolved
-        QCOMPARE(errors.at(1).at(0).toInt(), 3); // chain.b, gone
+        QCOMPARE(errors.at(0).at(0).toInt(), int(PluginManager::NotActiveError)); // chain.c, resolved
+        QCOMPARE(errors.at(1).at(0).toInt(), int(PluginManager::InvalidPluginError)); // chain.b, gone
         frameworkContext(&framework)->eventManager->unregisterListener(&recorder);
         frameworkContext(&framework)->eventManager->unregisterListener(&uninstaller);
     }
@@ -206,7 +206,7 @@ void tst_Reentrancy::pluginsStartPluginsFromStart()
     QCOMPARE(pluginLog(), QStringList({"start:chain.a", "start:starter", "start:chain.b", "start:chain.c",
                                        "start:starter.self", "start:starter.ping", "start:starter.pong"}));
     QCOMPARE(selfErrors.count(), 1);
-    QCOMPARE(selfErrors.at(0).at(0).toInt(), 1);
+    QCOMPARE(selfErrors.at(0).at(0).toInt(), int(Plugin::InStartingError));
     QCOMPARE(pingErrors.count(), 1);
     QCOMPARE(pingErrors.at(0).at(1).toString(), QStringLiteral("The Plugin: %1 is in starting progress"));
     QCOMPARE(managerErrors.count(), 0);

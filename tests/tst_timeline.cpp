@@ -42,8 +42,7 @@ QString deployWithExtensionFile(const QString &plugin, const QByteArray &xml)
 {
     const QString library = deployPlugin(plugin);
     const QString file = QFileInfo(library).absolutePath() + QStringLiteral("/extension.xml");
-    writeFile(file, xml);
-    return file;
+    return writeFile(file, xml) ? file : QString();
 }
 
 QByteArray supplierFile(const QString &title)
@@ -71,7 +70,7 @@ private slots:
     {
         resetApplicationDirectory();
         // No watcher, unless a test turns it on: a rescan would add a signal of its own.
-        writeFile(configFile(), "[PluginManager]\nwatchPluginsDirectory=false\n");
+        QVERIFY(writeFile(configFile(), "[PluginManager]\nwatchPluginsDirectory=false\n"));
     }
     void cleanup() { resetApplicationDirectory(); }
 
@@ -89,7 +88,7 @@ void tst_Timeline::phasesOfAWholeRun()
     for (const QString &plugin : plugins)
         deployPlugin(plugin);
     const QString file = pluginsDir() + QStringLiteral("/ext.supplier/extension.xml");
-    writeFile(file, supplierFile(QStringLiteral("Open")));
+    QVERIFY(writeFile(file, supplierFile(QStringLiteral("Open"))));
 
     Timeline timeline;
     {
@@ -327,8 +326,9 @@ void tst_Timeline::extensionFilesReadyOncePerScan()
     // Parsed, from the store, failed; each scan signals after the last dispatch.
     deployPlugin(QStringLiteral("ext.host"));
     const QString supplier = deployWithExtensionFile(QStringLiteral("ext.supplier"), supplierFile(QStringLiteral("A")));
+    QVERIFY(!supplier.isEmpty());
     const QString broken = QFileInfo(deployPlugin(QStringLiteral("chain.a"))).absolutePath() + "/extension.xml";
-    writeFile(broken, "<Plugin id=\"chain.a\"><ExtDataSet>");
+    QVERIFY(writeFile(broken, "<Plugin id=\"chain.a\"><ExtDataSet>"));
     for (int run = 1; run <= 2; ++run) {
         PluginFramework framework;
         auto *manager = framework.findChild<PluginManager *>();
@@ -368,7 +368,7 @@ void tst_Timeline::extensionFilesReadyOncePerScan()
 
 void tst_Timeline::rescanOfTheWatchedDirectory()
 {
-    writeFile(configFile(), "[PluginManager]\nwatchPluginsDirectory=true\n");
+    QVERIFY(writeFile(configFile(), "[PluginManager]\nwatchPluginsDirectory=true\n"));
     deployPlugin(QStringLiteral("ext.host"));
     PluginFramework framework;
     auto *manager = framework.findChild<PluginManager *>();
@@ -384,7 +384,7 @@ void tst_Timeline::rescanOfTheWatchedDirectory()
     const QString staged = staging.filePath(QStringLiteral("ext.supplier"));
     QDir().mkpath(staged);
     QVERIFY(QFile::copy(built, staged + QLatin1Char('/') + QFileInfo(built).fileName()));
-    writeFile(staged + QStringLiteral("/extension.xml"), supplierFile(QStringLiteral("B")));
+    QVERIFY(writeFile(staged + QStringLiteral("/extension.xml"), supplierFile(QStringLiteral("B"))));
     const QString target = pluginsDir() + QStringLiteral("/ext.supplier");
     QVERIFY(QDir().rename(staged, target));
 
@@ -403,9 +403,10 @@ void tst_Timeline::editedTitleReachesThePointInTheSameRun()
 {
     deployPlugin(QStringLiteral("ext.host"));
     const QString file = deployWithExtensionFile(QStringLiteral("ext.supplier"), supplierFile(QStringLiteral("Old")));
+    QVERIFY(!file.isEmpty());
     const QStringList titles{"Old", "New title"};
     for (const QString &title : titles) {
-        writeFile(file, supplierFile(title)); // a new size: the digest changes
+        QVERIFY(writeFile(file, supplierFile(title))); // a new size: the digest changes
         PluginFramework framework;
         QSignalSpy ready(&framework, &PluginFramework::extensionFilesReady);
         // init, wait for the files, then start: the point reads this run's rows.

@@ -221,8 +221,8 @@ void tst_values::pluginEventRoles()
     // A listener that reads the record by key finds each value under its own key.
     const QHash<QString, QVariant> values = full.sharedData()->data;
     QCOMPARE(values.size(), 8);
-    QCOMPARE(values.value(QStringLiteral("event.plugin.action")).toInt(), 32);
-    QCOMPARE(values.value(QStringLiteral("event.plugin.prevAction")).toInt(), 8);
+    QCOMPARE(values.value(QStringLiteral("event.plugin.action")).toInt(), int(PluginEvent::Active));
+    QCOMPARE(values.value(QStringLiteral("event.plugin.prevAction")).toInt(), int(PluginEvent::Starting));
     QCOMPARE(values.value(QStringLiteral("event.plugin.symbolic")).toString(), QStringLiteral("org.example.a"));
     QCOMPARE(values.value(QStringLiteral("event.plugin.locationDir")).toString(), QStringLiteral("/p/a"));
     QCOMPARE(values.value(QStringLiteral("event.plugin.filepath")).toString(), QStringLiteral("/p/a/a.so"));

@@ -17,6 +17,8 @@ class ExtensionFileParserPrivate : public QObjectPrivate
 public:
     ExtensionFileParserPrivate();
 
+    // Part of the parser's error table as it was designed; no path of the
+    // parser fails today, so nothing calls it and error() stays 0.
     void setError(int code, const QString &text);
 
     int error;

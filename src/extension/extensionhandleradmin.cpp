@@ -15,17 +15,15 @@ using namespace Internal;
 
 namespace {
 
-enum ErrorCode { NoError = 0, CallbackNotExists = -1, CallbackExists = -2, CallbackInvalid = -3, NoPluginContext = -4 };
-
 QString errorText(int code)
 {
     switch (code) {
-    case CallbackNotExists:
-    case CallbackExists: // the same text for both, as the error table has it
+    case ExtensionHandlerAdmin::CallbackNotExists:
+    case ExtensionHandlerAdmin::CallbackExists: // the same text for both, as the error table has it
         return QObject::tr("The callback is not exists");
-    case CallbackInvalid:
+    case ExtensionHandlerAdmin::CallbackInvalid:
         return QObject::tr("The callback is invalid");
-    case NoPluginContext:
+    case ExtensionHandlerAdmin::NoPluginContext:
         return QObject::tr("The PluginContext is NULL, cannot generate callback");
     default:
         return QObject::tr("No Error");
@@ -37,8 +35,8 @@ QString errorText(int code)
 namespace Internal {
 
 ExtensionHandlerAdminPrivate::ExtensionHandlerAdminPrivate()
-    : error(NoError)
-    , errorString(errorText(NoError))
+    : error(ExtensionHandlerAdmin::NoError)
+    , errorString(errorText(ExtensionHandlerAdmin::NoError))
 { }
 
 ExtensionHandlerAdminPrivate::~ExtensionHandlerAdminPrivate() = default;

@@ -57,6 +57,19 @@ class EXTENSIONSYSTEM_EXPORT ExtensionHandlerAdmin : public Object
     ES_DECLARE_PRIVATE(ExtensionHandlerAdmin)
 public:
     /*!
+        The numbers of error() and errorOccured(); the texts are translated.
+
+        \since 1.1
+    */
+    enum Error {
+        NoError = 0, ///< No error; the text is "No Error".
+        CallbackNotExists = -1, ///< "The callback is not exists": no callback for the id.
+        CallbackExists = -2, ///< "The callback is not exists" too: a callback for the id exists already.
+        CallbackInvalid = -3, ///< "The callback is invalid": a null callback was given.
+        NoPluginContext = -4 ///< "The PluginContext is NULL, cannot generate callback": no context set.
+    };
+
+    /*!
         Creates an admin with no context, no handlers and error 0 ("No Error"). If
         \a parent is not \c nullptr, the admin becomes its Object child and is
         owned by it.

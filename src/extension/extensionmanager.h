@@ -40,6 +40,8 @@ public:
 
 signals:
     void requestStartingPlugin(QString symbolic);
+    // Connected to PluginManager::stop(QString) as the framework was designed;
+    // nothing emits it.
     void requestStoppingPlugin(QString symbolic);
     void errorOccured(int error, QString errorString);
     // Once per scan, when every file it announced is parsed or read from the store and dispatched.
