@@ -12,7 +12,10 @@
 #include <QtCore/QFileInfo>
 #include <QtCore/QSettings>
 #include <QtCore/QStringList>
+#include <QtCore/QThreadPool>
+#include <QtCore/QTimer>
 #include <QtCore/QVariant>
+#include <QtTest/QTest>
 
 #include <framework/pluginframework.h>
 #include <framework/pluginframework_p.h>
@@ -71,6 +74,23 @@ inline QString deployPlugin(const QString &name, const QString &directory = QStr
     QDir().mkpath(QFileInfo(path).absolutePath());
     QFile file(path);
     return file.open(QIODevice::WriteOnly) && file.write(content) == content.size() && file.flush();
+}
+
+// Lets everything under way arrive: the pool's tasks end, then a sentinel
+// posted behind all that they and the framework queued is delivered; a few
+// times over, since a delivered event may queue another. A test that checks
+// that nothing more arrives checks it after this, not after a pause.
+[[nodiscard]] inline bool settle()
+{
+    for (int round = 0; round < 3; ++round) {
+        QThreadPool::globalInstance()->waitForDone();
+        bool delivered = false;
+        QMetaObject::invokeMethod(
+                qApp, [&delivered] { delivered = true; }, Qt::QueuedConnection);
+        if (!QTest::qWaitFor([&delivered] { return delivered; }, 10000))
+            return false;
+    }
+    return true;
 }
 
 // What the test plug-ins' activators recorded.

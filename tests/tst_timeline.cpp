@@ -318,7 +318,7 @@ void tst_Timeline::extensionFilesReadyOncePerScan()
         framework.init();
         QCOMPARE(ready.count(), 0); // from the event loop, not from init()
         QVERIFY(ready.wait(5000));
-        QTest::qWait(50);
+        QVERIFY(settle());
         QCOMPARE(ready.count(), 1);
         QCOMPARE(ready.first(), QVariantList({QStringList(), QStringList(), QStringList()}));
     }
@@ -342,7 +342,7 @@ void tst_Timeline::extensionFilesReadyOncePerScan()
         // The point is there before the files are read: the signal must wait for their dispatch.
         manager->start(QStringLiteral("ext.host"));
         QVERIFY(ready.wait(5000));
-        QTest::qWait(50);
+        QVERIFY(settle());
         QCOMPARE(ready.count(), 1);
         QCOMPARE(seenAtSignal, QStringList({"item"}));
         const QStringList parsed = ready.first().at(0).toStringList();
@@ -389,7 +389,7 @@ void tst_Timeline::rescanOfTheWatchedDirectory()
     QVERIFY(QDir().rename(staged, target));
 
     QTRY_VERIFY_WITH_TIMEOUT(ready.count() >= 2, 5000);
-    QTest::qWait(200);
+    QVERIFY(settle());
     // Exactly one signal per scan, however many scans the watcher ran.
     QCOMPARE(ready.count(), scans.count());
     QStringList parsed;
