@@ -65,7 +65,7 @@ cmake --build "$build" -j2 "${targets[@]}"
 built=$(( $(date +%s) - started ))
 
 # The smoke writes its table into the build tree, so that it never replaces
-# the table of a full run that the README shows.
+# the table of a full run that benchmarks/README.md links to.
 out=benchmarks/results.md
 [ $quick = 1 ] && out="$build/benchmarks/results-quick.md"
 

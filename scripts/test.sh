@@ -5,13 +5,14 @@
 #   scripts/test.sh [extra cmake arguments for build/]
 #
 # Stages, all by default, in this order (ES_TEST_STAGES="normal asan" picks some):
-#   format                 every C++ file laid out as .clang-format says
+#   format                 every C++ file laid out as .clang-format says, and the folder
+#                          rules of src/ (which folder may include which)
 #   normal    build/       the whole CTest suite
 #   docs      build/       the API reference (Doxygen); fails on an undocumented public member
 #   asan      build-asan/  the same suite under AddressSanitizer and UBSan
 #   fuzz      build-fuzz/  each libFuzzer target for ES_FUZZ_SECONDS (30) seconds
 #   memcheck  build/       valgrind memcheck of the lifecycle tests, and a leak check of the
-#                          example host running the README guide's plug-in
+#                          example host running the user guide's plug-in
 #   bench     build/       the benchmark smoke: the set of 10 plug-ins through every case
 #   qt6       build-qt6/   the whole CTest suite again, built against Qt 6
 # Each build directory is configured once and built incrementally afterwards.
@@ -172,7 +173,7 @@ if wants memcheck; then
             grep -E '^==[0-9]+==' "$log" | head -20 || true
         fi
     done
-    # The README guide's plug-in in the example host, as the normal stage's guide
+    # The user guide's plug-in in the example host, as the normal stage's guide
     # test left them: whatever the guide teaches must lose nothing.
     app="$PWD/${ES_BUILD_DIR:-build}/tests/guide/work/app"
     log="$PWD/${ES_BUILD_DIR:-build}/memcheck-guide.log"
@@ -181,10 +182,10 @@ if wants memcheck; then
         echo "memcheck: $app/es-demo-host is missing: the guide test of the normal stage builds it"
     elif (cd "$app" && QT_ENABLE_REGEXP_JIT=0 valgrind --tool=memcheck --leak-check=full \
         --errors-for-leak-kinds=definite --error-exitcode=99 --num-callers=30 -q ./es-demo-host) >"$log" 2>&1; then
-        echo "memcheck: the README guide's plug-in in the example host: nothing definitely lost"
+        echo "memcheck: the user guide's plug-in in the example host: nothing definitely lost"
     else
         failed=1
-        echo "memcheck: the README guide's plug-in in the example host FAILED (log: $log)"
+        echo "memcheck: the user guide's plug-in in the example host FAILED (log: $log)"
         grep -E 'definitely lost|^==[0-9]+== +(at|by) ' "$log" | head -20 || true
     fi
     [ "$failed" -eq 0 ]

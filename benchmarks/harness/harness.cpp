@@ -508,7 +508,7 @@ QList<Comparison> comparisonsFor(const Options &o)
                               {QStringLiteral("sqlpoints_%1@instr").arg(L), instr},
                               at1000(1.1),
                               instr};
-    // Shown: the README explains why these cannot reach 1.0 and 1.15.
+    // Shown: benchmarks/README.md explains why these cannot reach 1.0 and 1.15.
     if (o.peer) {
         comparisons << Comparison{QStringLiteral("init_start_%1_vs_peer").arg(L),
                                   {QStringLiteral("es_") + L, QStringLiteral("init_start_ms")},

@@ -7,21 +7,25 @@ file(MAKE_DIRECTORY ${ES_WORK})
 
 # Every block preceded by "<!-- file: path -->" becomes that file. Semicolons are
 # masked while the text goes through CMake lists.
-file(READ ${ES_README} readme)
-string(REPLACE ";" "@SEMICOLON@" readme "${readme}")
-string(REGEX MATCHALL "<!-- file: [^ ]+ -->\n```[a-z]*\n[^`]*```" blocks "${readme}")
-set(count 0)
-foreach(block IN LISTS blocks)
-    string(REGEX REPLACE "^<!-- file: ([^ ]+) -->.*" "\\1" path "${block}")
-    string(REGEX REPLACE "^<!-- file: [^ ]+ -->\n```[a-z]*\n" "" content "${block}")
-    string(REGEX REPLACE "```$" "" content "${content}")
-    string(REPLACE "@SEMICOLON@" ";" content "${content}")
-    file(WRITE ${ES_WORK}/${path} "${content}")
-    math(EXPR count "${count} + 1")
-endforeach()
-if(count LESS 4)
-    message(FATAL_ERROR "expected the guide's four files in README.md, found ${count}")
-endif()
+function(es_extract_files page expected)
+    file(READ ${page} text)
+    string(REPLACE ";" "@SEMICOLON@" text "${text}")
+    string(REGEX MATCHALL "<!-- file: [^ ]+ -->\n```[a-z]*\n[^`]*```" blocks "${text}")
+    set(count 0)
+    foreach(block IN LISTS blocks)
+        string(REGEX REPLACE "^<!-- file: ([^ ]+) -->.*" "\\1" path "${block}")
+        string(REGEX REPLACE "^<!-- file: [^ ]+ -->\n```[a-z]*\n" "" content "${block}")
+        string(REGEX REPLACE "```$" "" content "${content}")
+        string(REPLACE "@SEMICOLON@" ";" content "${content}")
+        file(WRITE ${ES_WORK}/${path} "${content}")
+        math(EXPR count "${count} + 1")
+    endforeach()
+    if(NOT count EQUAL expected)
+        message(FATAL_ERROR "expected ${expected} files in ${page}, found ${count}")
+    endif()
+endfunction()
+es_extract_files(${ES_GUIDE} 4)
+es_extract_files(${ES_README} 4)
 
 es_run(${CMAKE_COMMAND} --install ${ES_BUILD_DIR} --prefix ${ES_WORK}/prefix)
 string(REPLACE ";" " " flags "${ES_EXTRA_FLAGS}")
@@ -31,6 +35,27 @@ es_run(${CMAKE_COMMAND} -S ${ES_WORK}/hello -B ${ES_WORK}/hello-build
     "-DCMAKE_CXX_FLAGS=${flags}"
     "-DCMAKE_MODULE_LINKER_FLAGS=${flags}")
 es_run(${CMAKE_COMMAND} --build ${ES_WORK}/hello-build -j2)
+
+# The README's plug-in and host, as its CMake lines build them in a project of their own.
+file(WRITE ${ES_WORK}/readme/CMakeLists.txt "cmake_minimum_required(VERSION 3.16)
+project(Readme LANGUAGES CXX)
+set(CMAKE_CXX_STANDARD 17)
+include(plugin-and-host.cmake)
+")
+es_run(${CMAKE_COMMAND} -S ${ES_WORK}/readme -B ${ES_WORK}/readme-build
+    -DCMAKE_PREFIX_PATH=${ES_WORK}/prefix
+    -DCMAKE_CXX_COMPILER=${ES_CXX_COMPILER}
+    "-DCMAKE_CXX_FLAGS=${flags}"
+    "-DCMAKE_EXE_LINKER_FLAGS=${flags}"
+    "-DCMAKE_MODULE_LINKER_FLAGS=${flags}")
+es_run(${CMAKE_COMMAND} --build ${ES_WORK}/readme-build -j2)
+# The host runs until it is told to quit, as a host does: it is stopped once the
+# plug-in has had time to say hello.
+execute_process(COMMAND ${ES_WORK}/readme-build/host TIMEOUT 5
+    WORKING_DIRECTORY ${ES_WORK}/readme-build OUTPUT_VARIABLE out ERROR_VARIABLE err)
+if(NOT err MATCHES "hello from \"demo.hello\"")
+    message(FATAL_ERROR "the README's host did not start its plug-in:\n${out}\n${err}")
+endif()
 
 # An application directory: the example host, its plug-ins and configuration, and the new plug-in.
 get_filename_component(demo_dir ${ES_HOST} DIRECTORY)
