@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
+#include "testsupport.h"
+
 #include <extension/extensionfileparser.h>
 #include <extension/extensionfileparsetask.h>
 #include <extension/extensionstorage.h>
@@ -6,6 +8,7 @@
 #include <core/pluginframeworkconfig.h>
 #include <core/qtcompat_p.h>
 
+#include <QtCore/QByteArrayList>
 #include <QtCore/QScopeGuard>
 #if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
 #    include <QtCore/QTextCodec>
@@ -165,6 +168,7 @@ private slots:
     void outerStructureOnly();
     void brokenFiles();
     void unusableStore();
+    void damagedStoresAreMovedAsideWhole();
     void readOnlyStore();
     void indexesKeepRowsAndOrder();
 };
@@ -530,6 +534,80 @@ void tst_ExtensionStore::unusableStore()
         QVERIFY(store.extensionTextsOfFile(plugin.filepath).isEmpty());
         QCOMPARE(logged("[SQL ERROR] > Open DB Error:").size(), 3);
     }
+}
+
+void tst_ExtensionStore::damagedStoresAreMovedAsideWhole()
+{
+    using TestSupport::writeFile;
+    const ExtType::Plugin plugin{"p", "/plugins/p/extension.xml", "abc", {}, {{"pt", "p", "p", "<ExtData/>"}}};
+    const auto readAll = [](const QString &path) {
+        QFile file(path);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(missing)");
+    };
+    const auto serves = [&plugin](const QDir &dir) {
+        ExtensionStorage storage(dir, nullptr);
+        storage.writeExtensionPlugin(plugin);
+        storage.setActivePlugins({"p"});
+        return storage.extensionTexts("p", "pt") == QStringList({"<ExtData/>"});
+    };
+
+    // Two stores damaged within the same second each get a name of their own:
+    // the names of this second and the next few are taken already.
+    QTemporaryDir temp;
+    QVERIFY(temp.isValid());
+    const QDir dir(temp.path());
+    const QString store = dir.filePath("extension.dat");
+    const QDateTime now = QDateTime::currentDateTimeUtc();
+    QStringList taken;
+    for (int second = 0; second < 10; ++second) {
+        taken << QStringLiteral("extension.dat.corrupt-")
+                         + now.addSecs(second).toString(QStringLiteral("yyyyMMdd'T'HHmmss'Z'"));
+        QVERIFY(writeFile(dir.filePath(taken.last()), "taken"));
+    }
+    for (const QByteArray &content : {QByteArray("first damage\n"), QByteArray("second damage\n")}) {
+        QVERIFY(writeFile(store, content));
+        QVERIFY(serves(dir));
+    }
+    QStringList aside = dir.entryList({"extension.dat.corrupt-*"}, QDir::Files, QDir::Name);
+    for (const QString &name : qAsConst(taken)) {
+        QCOMPARE(readAll(dir.filePath(name)), QByteArray("taken"));
+        aside.removeAll(name);
+    }
+    QCOMPARE(aside.size(), 2);
+    QByteArrayList contents;
+    for (const QString &name : qAsConst(aside)) {
+        QVERIFY2(name.contains(QRegularExpression(QStringLiteral("Z-[0-9]+$"))), qPrintable(name));
+        contents << readAll(dir.filePath(name));
+    }
+    std::sort(contents.begin(), contents.end());
+    QCOMPARE(contents, QByteArrayList({"first damage\n", "second damage\n"}));
+
+    // A store of another shape whose write-ahead log another connection keeps
+    // open: its log and shared memory belong to it and go aside with it.
+    QTemporaryDir shaped;
+    QVERIFY(shaped.isValid());
+    const QString other = QDir(shaped.path()).filePath("extension.dat");
+    {
+        QSqlDatabase holder = QSqlDatabase::addDatabase("QSQLITE", "holder");
+        holder.setDatabaseName(other);
+        QVERIFY(holder.open());
+        QSqlQuery query(holder);
+        QVERIFY(query.exec("PRAGMA journal_mode=WAL"));
+        QVERIFY(query.exec("CREATE TABLE tbl_other (x)"));
+        QVERIFY(query.exec("INSERT INTO tbl_other VALUES (1)"));
+        QVERIFY(QFile::exists(other + "-wal") && QFile::exists(other + "-shm"));
+        QVERIFY(serves(QDir(shaped.path())));
+        const QStringList moved = QDir(shaped.path()).entryList({"extension.dat.corrupt-*"}, QDir::Files, QDir::Name);
+        QCOMPARE(moved.size(), 3);
+        QVERIFY(moved.at(1).endsWith("-shm") && moved.at(2).endsWith("-wal"));
+        QCOMPARE(moved.at(1), moved.at(0) + "-shm");
+        QCOMPARE(moved.at(2), moved.at(0) + "-wal");
+        QVERIFY(!QFile::exists(other + "-wal") && !QFile::exists(other + "-shm"));
+        query.finish();
+        holder.close();
+    }
+    QSqlDatabase::removeDatabase("holder");
+    QCOMPARE(count("tbl_extdata", QString(), other), 1);
 }
 
 void tst_ExtensionStore::readOnlyStore()

@@ -6,6 +6,7 @@
 #include <extension/extensionpoint.h>
 #include <extension/extensionpointadmin.h>
 #include <core/timeline.h>
+#include <core/timelinerecorder.h>
 #include <plugin/pluginmanager.h>
 
 #include <QtCore/QJsonArray>
@@ -77,6 +78,8 @@ private slots:
     void phasesOfAWholeRun();
     void traceAndTable();
     void librariesWithoutANameGoByTheirFile();
+    void outerPhaseFirstAndTheFootersPlaces();
+    void overlappingScansEachReportTheirOwnParse();
     void extensionFilesReadyOncePerScan();
     void rescanOfTheWatchedDirectory();
     void editedTitleReachesThePointInTheSameRun();
@@ -306,6 +309,62 @@ void tst_Timeline::librariesWithoutANameGoByTheirFile()
         rows << line.section(QLatin1Char(' '), 0, 0);
     }
     QCOMPARE(rows, QSet<QString>({"meta.nosymbolic", "no.metadata", "not.qtplugin", "chain.a"}));
+}
+
+void tst_Timeline::outerPhaseFirstAndTheFootersPlaces()
+{
+    // Recorded inner first, as phases end; two that begin together are written
+    // outer first, or a viewer nests them the wrong way round.
+    TimelineRecorder recorder;
+    const qint64 ms = 1000000;
+    recorder.record(Timeline::MetaDataRead, QStringLiteral("p"), QStringLiteral("/p.so"), 2 * ms, 3 * ms);
+    recorder.record(Timeline::LibraryLoad, QStringLiteral("p"), QStringLiteral("/p.so"), 2 * ms, 5 * ms);
+    recorder.record(Timeline::FrameworkInit, QString(), QString(), 0, 11 * ms);
+    recorder.record(Timeline::FrameworkStart, QString(), QString(), 11 * ms, 13 * ms);
+    recorder.record(Timeline::FrameworkStop, QString(), QString(), 13 * ms, 16 * ms);
+    const Timeline timeline = recorder.timeline();
+
+    const QJsonArray events =
+            QJsonDocument::fromJson(timeline.toTraceJson()).object().value(QStringLiteral("traceEvents")).toArray();
+    QStringList order;
+    for (const QJsonValue &event : events) {
+        if (event.toObject().value(QStringLiteral("ph")).toString() == QLatin1String("X"))
+            order << event.toObject().value(QStringLiteral("name")).toString();
+    }
+    QCOMPARE(order, QStringList({"init", "load p", "metadata p", "start", "stop"}));
+
+    // The footer gives each of the framework's three calls its own time.
+    const QString footer = timeline.profileTable().section(QLatin1Char('\n'), -2, -2);
+    QCOMPARE(footer, QStringLiteral("times in ms; framework: init 11.00, start 2.00, stop 3.00"));
+}
+
+void tst_Timeline::overlappingScansEachReportTheirOwnParse()
+{
+    // A scan that begins while an earlier one still waits for the parse of the
+    // same file: each is told of a parse of its own, the earlier scan first,
+    // and the later one with what it read from the store besides.
+    const QString fresh = pluginsDir() + QStringLiteral("/fresh/extension.xml");
+    const QString stored = pluginsDir() + QStringLiteral("/stored/extension.xml");
+    QVERIFY(writeFile(fresh, "<Plugin id=\"fresh\"/>"));
+    QVERIFY(writeFile(stored, "<Plugin id=\"stored\"/>"));
+    PluginFramework framework;
+    ExtensionManager *extensions = frameworkContext(&framework)->extensionManager;
+    QSignalSpy ready(&framework, &PluginFramework::extensionFilesReady);
+    extensions->parseExtensionFile(stored);
+    extensions->scanFinished();
+    QVERIFY(ready.wait(5000));
+    ready.clear();
+
+    extensions->parseExtensionFile(fresh);
+    extensions->scanFinished();
+    extensions->parseExtensionFile(fresh);
+    extensions->parseExtensionFile(stored);
+    extensions->scanFinished();
+    QTRY_COMPARE_WITH_TIMEOUT(ready.count(), 2, 5000);
+    QVERIFY(settle());
+    QCOMPARE(ready.count(), 2);
+    QCOMPARE(ready.at(0), QVariantList({QStringList({fresh}), QStringList(), QStringList()}));
+    QCOMPARE(ready.at(1), QVariantList({QStringList({fresh}), QStringList({stored}), QStringList()}));
 }
 
 void tst_Timeline::extensionFilesReadyOncePerScan()
