@@ -75,6 +75,7 @@ private slots:
         clearPluginLog();
     }
     void dependencyChain();
+    void waitersEnterNewestFirst();
     void stopAProviderOfADiamond();
     void frameworkStates();
     void quitRunsStopTwice();
@@ -148,6 +149,21 @@ void tst_Lifecycle::dependencyChain()
                  QStringLiteral("Cannot stop plugin: %1, that is not actived").arg(expected.at(i)));
     }
     eventManagerOf(&framework)->unregisterListener(&recorder);
+}
+
+void tst_Lifecycle::waitersEnterNewestFirst()
+{
+    // chain.b and then diamond.right wait for chain.a: when it comes, the wait
+    // recorded last enters first, and the start follows the queue.
+    deployPlugin(QStringLiteral("chain.b"), QStringLiteral("1_b"));
+    deployPlugin(QStringLiteral("diamond.right"), QStringLiteral("2_right"));
+    deployPlugin(QStringLiteral("chain.a"), QStringLiteral("3_a"));
+    PluginFramework framework;
+    framework.init();
+    auto *manager = framework.findChild<PluginManager *>();
+    QCOMPARE(manager->loadQueue(), QStringList({"chain.a", "diamond.right", "chain.b"}));
+    framework.start();
+    QCOMPARE(pluginLog(), QStringList({"start:chain.a", "start:diamond.right", "start:chain.b"}));
 }
 
 void tst_Lifecycle::frameworkStates()

@@ -4,6 +4,9 @@
 #include <objecttree/iobjectnotifier.h>
 #include <objecttree/object.h>
 
+#include <memory>
+#include <vector>
+
 using namespace ExtensionSystem;
 
 using Event = QHash<QString, QVariant>;
@@ -130,6 +133,7 @@ private slots:
     void pendingEvents();
     void destruction();
     void notifiers();
+    void notifiersChangedDuringAPass();
 };
 
 void tst_Object::init()
@@ -487,6 +491,48 @@ void tst_Object::notifiers()
     }
     a.setAttribute("k", 4);
     QCOMPARE(taken(), QString("a:attributeChanged(k,4) n:attributeChanged(k,4)"));
+}
+
+void tst_Object::notifiersChangedDuringAPass()
+{
+    // A pass runs over the notifiers as they were when it began: one detached by
+    // another during the pass is still told this time, the rest once each, and
+    // ones attached during it wait for the next pass.
+    Node a("a");
+    Recorder x("x"), y("y");
+    std::vector<std::unique_ptr<Recorder>> late;
+    struct Changer : IObjectNotifier
+    {
+        Object *target = nullptr;
+        IObjectNotifier *detach = nullptr;
+        std::vector<std::unique_ptr<Recorder>> *late = nullptr;
+        void attributeChanged(const QString &, const QVariant &) override
+        {
+            record(QStringLiteral("changer"), "attributeChanged", {});
+            target->unsetObjectNotifier(detach);
+            for (int i = 0; i < 64; ++i) {
+                late->emplace_back(new Recorder(QStringLiteral("late%1").arg(i)));
+                target->setObjectNotifier(late->back().get());
+            }
+        }
+    } changer;
+    changer.target = &a;
+    changer.detach = &x;
+    changer.late = &late;
+    a.setObjectNotifier(&changer);
+    a.setObjectNotifier(&x);
+    a.setObjectNotifier(&y);
+    a.setAttribute("k", 1);
+    QCOMPARE(taken(), QString("a:attributeChanged(k,1) changer:attributeChanged() x:attributeChanged(k,1)"
+                              " y:attributeChanged(k,1)"));
+    QCOMPARE(x.watchedObject(), nullptr);
+    changer.detach = nullptr;
+    a.unsetObjectNotifier(&changer);
+    a.setAttribute("k", 2);
+    const QString told = taken();
+    QVERIFY2(told.startsWith("a:attributeChanged(k,2) y:attributeChanged(k,2) late0:attributeChanged(k,2)")
+                     && told.contains("late63:attributeChanged(k,2)") && !told.contains("x:"),
+             qPrintable(told));
 }
 
 QTEST_MAIN(tst_Object)
