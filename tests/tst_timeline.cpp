@@ -76,7 +76,9 @@ private slots:
     void cleanup() { resetApplicationDirectory(); }
 
     void phasesOfAWholeRun();
-    void traceAndTable();
+    void traceEventsNestOrKeepApart();
+    void traceWrittenToAFile();
+    void profileTableRows();
     void librariesWithoutANameGoByTheirFile();
     void outerPhaseFirstAndTheFootersPlaces();
     void overlappingScansEachReportTheirOwnParse();
@@ -162,17 +164,32 @@ void tst_Timeline::phasesOfAWholeRun()
     QVERIFY(entriesOf(timeline, Timeline::StoreRead).isEmpty());
 }
 
-void tst_Timeline::traceAndTable()
+namespace {
+
+// Three plug-ins through init, the extension files and start; an empty
+// timeline if the files never came.
+Timeline startThreePlugins(const QStringList &plugins)
 {
-    const QStringList plugins{"chain.a", "chain.b", "ext.host"};
     for (const QString &plugin : plugins)
         deployPlugin(plugin);
     PluginFramework framework;
     QSignalSpy ready(&framework, &PluginFramework::extensionFilesReady);
     framework.init();
-    QVERIFY(ready.wait(5000));
+    if (!ready.wait(5000))
+        return Timeline();
     framework.start();
-    const Timeline timeline = framework.timeline();
+    return framework.timeline();
+}
+
+const QStringList threePlugins{"chain.a", "chain.b", "ext.host"};
+
+} // namespace
+
+void tst_Timeline::traceEventsNestOrKeepApart()
+{
+    const QStringList plugins = threePlugins;
+    const Timeline timeline = startThreePlugins(plugins);
+    QCOMPARE(entriesOf(timeline, Timeline::ActivatorStart).size(), plugins.size());
 
     // The trace is JSON with one complete event per entry, in microseconds.
     QJsonParseError error;
@@ -238,7 +255,12 @@ void tst_Timeline::traceAndTable()
         QVERIFY(begin >= outerBegin);
         QVERIFY(begin + start.value(QStringLiteral("dur")).toDouble() <= outerEnd);
     }
+}
 
+void tst_Timeline::traceWrittenToAFile()
+{
+    const Timeline timeline = startThreePlugins(threePlugins);
+    QVERIFY(!timeline.entries().isEmpty());
     // Written to a file, the same document; a file that cannot be written says why.
     QTemporaryDir directory;
     const QString path = directory.filePath(QStringLiteral("startup.json"));
@@ -249,7 +271,13 @@ void tst_Timeline::traceAndTable()
     QString why;
     QVERIFY(!timeline.writeTrace(directory.filePath(QStringLiteral("missing/startup.json")), &why));
     QVERIFY(why.contains(QStringLiteral("missing/startup.json")));
+}
 
+void tst_Timeline::profileTableRows()
+{
+    const QStringList plugins = threePlugins;
+    const Timeline timeline = startThreePlugins(plugins);
+    QVERIFY(!timeline.entries().isEmpty());
     // The table: a row per plug-in, sorted by the total in the last column.
     const QStringList lines = timeline.profileTable().split(QLatin1Char('\n'), Qt::SkipEmptyParts);
     QCOMPARE(lines.size(), 1 + plugins.size() + 1);
