@@ -13,8 +13,7 @@ namespace Internal {
 // the name Q_DECLARE_METATYPE gives it. A registration compares the name with
 // every type Qt knows, so a caller that runs often keeps the result in a
 // function-local static and registers once per process.
-template <typename T>
-int registerMetaType(const char *name = nullptr)
+template<typename T> int registerMetaType(const char *name = nullptr)
 {
     return name ? qRegisterMetaType<T>(name) : qRegisterMetaType<T>();
 }

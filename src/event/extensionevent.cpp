@@ -12,7 +12,8 @@ const int ExtensionEventType = 4;
 
 void registerMetaTypes()
 {
-    static const int actionType = Internal::registerMetaType<ExtensionEvent::Action>("ExtensionSystem::ExtensionEvent::Action");
+    static const int actionType =
+            Internal::registerMetaType<ExtensionEvent::Action>("ExtensionSystem::ExtensionEvent::Action");
     Q_UNUSED(actionType)
 }
 

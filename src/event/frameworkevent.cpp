@@ -12,7 +12,8 @@ const int FrameworkEventType = 1;
 
 void registerMetaTypes()
 {
-    static const int actionType = Internal::registerMetaType<FrameworkEvent::Action>("ExtensionSystem::FrameworkEvent::Action");
+    static const int actionType =
+            Internal::registerMetaType<FrameworkEvent::Action>("ExtensionSystem::FrameworkEvent::Action");
     Q_UNUSED(actionType)
 }
 

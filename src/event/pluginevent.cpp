@@ -12,7 +12,8 @@ const int PluginEventType = 2;
 
 void registerMetaTypes()
 {
-    static const int actionType = Internal::registerMetaType<PluginEvent::Action>("ExtensionSystem::PluginEvent::Action");
+    static const int actionType =
+            Internal::registerMetaType<PluginEvent::Action>("ExtensionSystem::PluginEvent::Action");
     Q_UNUSED(actionType)
 }
 
